@@ -1,0 +1,11 @@
+// Everything a host needs, in one include: the framework, the matrix class and every exported
+// class of the library.
+#pragma once
+
+#include "framework.h"
+
+#include "siblings/matrix/CMMatrix2Dzq.h"
+
+#include "cxcdata/CWavChnlChnlDatazq.h"
+
+#include "cxcdata/CSnsCohDatazq.h"
