@@ -1,0 +1,51 @@
+#!/usr/bin/env bash
+# Passes every test: installs what is missing, then builds and tests each build.
+#   ./test.sh                 everything
+#   ./test.sh native|sanitized|windows|checks [...]   only these stages
+set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")"
+scripts/install-deps.sh
+
+stages=("$@")
+[ ${#stages[@]} -gt 0 ] || stages=(checks native sanitized windows)
+jobs=$(nproc)
+failed=()
+
+# run_stage NAME PRESET: configure, build, test; the log is shown where something went wrong.
+run_stage() {
+  local name=$1 preset=$2 log="build/$2.log" begin=$SECONDS
+  mkdir -p build
+  rm -rf "build/$preset/tests/results"
+  echo "== $name: configure and build"
+  if ! { cmake --preset "$preset" && cmake --build --preset "$preset" -j "$jobs"; } >"$log" 2>&1; then
+    tail -n 60 "$log"
+    echo "== $name: the build failed"
+    failed+=("$name build")
+    return
+  fi
+  echo "== $name: test"
+  if ! GTEST_OUTPUT=xml:results/ ASAN_OPTIONS=detect_leaks=1:allocator_may_return_null=1 \
+      UBSAN_OPTIONS=print_stacktrace=1 ctest --preset "$preset"; then
+    failed+=("$name tests")
+  fi
+  echo "== $name: $((SECONDS - begin)) s"
+}
+
+for stage in "${stages[@]}"; do
+  case $stage in
+    native) run_stage native linux ;;
+    sanitized) run_stage sanitized linux-asan ;;
+    windows) run_stage windows windows ;;
+    checks)
+      echo "== checks"
+      scripts/check.py || failed+=(checks)
+      ;;
+    *) echo "test.sh: unknown stage $stage" >&2; exit 2 ;;
+  esac
+done
+
+/usr/bin/python3 scripts/summary.py build/*/tests/results || failed+=("no test counted")
+if [ ${#failed[@]} -gt 0 ]; then
+  echo "FAILED: ${failed[*]}"
+  exit 1
+fi
