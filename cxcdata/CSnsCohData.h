@@ -2,11 +2,11 @@
 // chain and adds the grid, value access, matrix exchange, the slice formula and the value range.
 #pragma once
 
+#include "cxcdata/CWavChnlChnlDatazq.h"
 #include "cxcdata/cxc_api.h"
 #include "framework.h"
 
 class CMMatrix2Dzq;
-class CWavChnlChnlDatazq;
 
 /// value(t, r, c) is element t of the vector m_mCC[r][c]: row channel, column channel, slice.
 ///
@@ -96,55 +96,55 @@ public:
     // The fields are public: where there is no operation, hosts and windows read and write them.
     // Their order is part of the interface. "Carried" ones are initialised, copied and archived;
     // their meaning is the host's.
-    int m_headerInt0;                  // carried; 0
-    int m_headerInt1;                  // carried; 0
-    int m_headerInt2;                  // carried; 0
-    int m_headerInt3;                  // carried; 0
-    int m_chnlTypeID;                  // 0 all types, 1 MEG, 2 EEG, 3 MEG and EEG; 0
-    int m_headerInt5;                  // carried; 0
-    int m_headerInt6;                  // carried; 0
-    int m_headerInt7;                  // carried; 0
-    int m_headerInt8;                  // carried; 0
-    double m_samplingRate;             // slices per second [Hz]; 0
-    double m_anaLatencyBegin;          // begin of the analysis, in the host's unit; 0
-    double m_anaLatencyEnd;            // end of the analysis, in the host's unit; 0
-    __int64 m_headerLong0;             // carried; 0
-    __int64 m_headerLong1;             // carried; 0
-    __int64 m_headerLong2;             // largest slice count of the analysis; 0
-    __int64 m_headerLong3;             // carried; 0
-    __int64 m_headerLong4;             // carried; 0
-    double m_headerReal0;              // lower end of the frequency band [Hz]; 0.1
-    double m_headerReal1;              // upper end of the frequency band [Hz]; 1.0
-    CString m_cxcName;                 // name; "CxcTrial"
-    CString m_cxcCmptInfo;             // how it was computed, grows; "CxC ComputeInfo"
-    bool m_tscsInfo;                   // shown or hidden; false
-    int m_headerInt9;                  // index of its item in the manager's list; 0
-    int m_headerInt10;                 // carried; 0
-    int m_headerInt11;                 // carried; 0
-    __int64 m_cohTimTotal;             // T, slices, the length of every vector; 0
-    __int64 m_selectBegin;             // first selected slice; 0
-    __int64 m_selectEnd;               // last selected slice, inclusive; 1
-    __int64 m_rowCrt;                  // row of the current pair; 0
-    __int64 m_columnCrt;               // column of the current pair; 0
-    __int64 m_snsRowTotal;             // row channels; 0
-    __int64 m_snsColTotal;             // column channels; 0
-    CWavChnlChnlDatazq** m_mCC;        // rows x cols vectors, row-major, owning; null. Only the
-                                       // chain makes such grids; never put another table here
-    double m_headerReal2;              // carried; 0
-    double m_dataMin;                  // smallest value when last determined; 0
-    double m_dataMax;                  // largest value when last determined; 0
-    double m_dataMean;                 // mean value when last determined; 0
-    int m_rmsNormalized;               // 1 after normRMS; 0
-    double m_rmsValue;                 // divisor of normRMS; 0
-    __int64 m_headerLong5;             // carried; 0
-    double m_showRangeMin;             // display range by magnitude, minimum; 0
-    double m_showRangeMax;             // display range by magnitude, maximum; 1.0
-    double m_showRangeMid;             // display range by magnitude, middle; 0
-    int m_headerInt12;                 // carried; 1
-    int m_headerInt13;                 // carried; 0
-    COLORREF m_basicColor;             // 0x00BBGGRR, not archived; 0x7D7DFF
-    COLORREF m_activeColor;            // 0x00BBGGRR, not archived; 0x0000FF, red
-    COLORREF m_suppressiveColor;       // 0x00BBGGRR, not archived; 0xFF0000, blue
+    int m_headerInt0;             // carried; 0
+    int m_headerInt1;             // carried; 0
+    int m_headerInt2;             // carried; 0
+    int m_headerInt3;             // carried; 0
+    int m_chnlTypeID;             // 0 all types, 1 MEG, 2 EEG, 3 MEG and EEG; 0
+    int m_headerInt5;             // carried; 0
+    int m_headerInt6;             // carried; 0
+    int m_headerInt7;             // carried; 0
+    int m_headerInt8;             // carried; 0
+    double m_samplingRate;        // slices per second [Hz]; 0
+    double m_anaLatencyBegin;     // begin of the analysis, in the host's unit; 0
+    double m_anaLatencyEnd;       // end of the analysis, in the host's unit; 0
+    __int64 m_headerLong0;        // carried; 0
+    __int64 m_headerLong1;        // carried; 0
+    __int64 m_headerLong2;        // largest slice count of the analysis; 0
+    __int64 m_headerLong3;        // carried; 0
+    __int64 m_headerLong4;        // carried; 0
+    double m_headerReal0;         // lower end of the frequency band [Hz]; 0.1
+    double m_headerReal1;         // upper end of the frequency band [Hz]; 1.0
+    CString m_cxcName;            // name; "CxcTrial"
+    CString m_cxcCmptInfo;        // how it was computed, grows; "CxC ComputeInfo"
+    bool m_tscsInfo;              // shown or hidden; false
+    int m_headerInt9;             // index of its item in the manager's list; 0
+    int m_headerInt10;            // carried; 0
+    int m_headerInt11;            // carried; 0
+    __int64 m_cohTimTotal;        // T, slices, the length of every vector; 0
+    __int64 m_selectBegin;        // first selected slice; 0
+    __int64 m_selectEnd;          // last selected slice, inclusive; 1
+    __int64 m_rowCrt;             // row of the current pair; 0
+    __int64 m_columnCrt;          // column of the current pair; 0
+    __int64 m_snsRowTotal;        // row channels; 0
+    __int64 m_snsColTotal;        // column channels; 0
+    CWavChnlChnlDatazq** m_mCC;   // rows x cols vectors, row-major, owning; null. Only the
+                                  // chain makes such grids; never put another table here
+    double m_headerReal2;         // carried; 0
+    double m_dataMin;             // smallest value when last determined; 0
+    double m_dataMax;             // largest value when last determined; 0
+    double m_dataMean;            // mean value when last determined; 0
+    int m_rmsNormalized;          // 1 after normRMS; 0
+    double m_rmsValue;            // divisor of normRMS; 0
+    __int64 m_headerLong5;        // carried; 0
+    double m_showRangeMin;        // display range by magnitude, minimum; 0
+    double m_showRangeMax;        // display range by magnitude, maximum; 1.0
+    double m_showRangeMid;        // display range by magnitude, middle; 0
+    int m_headerInt12;            // carried; 1
+    int m_headerInt13;            // carried; 0
+    COLORREF m_basicColor;        // 0x00BBGGRR, not archived; 0x7D7DFF
+    COLORREF m_activeColor;       // 0x00BBGGRR, not archived; 0x0000FF, red
+    COLORREF m_suppressiveColor;  // 0x00BBGGRR, not archived; 0xFF0000, blue
 
 private:
     int reuseGrid(__int64 nTim, bool zero);

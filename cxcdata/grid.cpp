@@ -26,13 +26,11 @@ const Shape& shapeOf(CWavChnlChnlDatazq* const* table) {
 CWavChnlChnlDatazq** newTable(__int64 rowCount, __int64 colCount) {
     constexpr __int64 most = (PTRDIFF_MAX - static_cast<__int64>(sizeof(Shape))) /
                              static_cast<__int64>(sizeof(CWavChnlChnlDatazq*));
-    if (rowCount < 0 || colCount < 0 || rowCount > most)
-        return nullptr;
+    if (rowCount < 0 || colCount < 0 || rowCount > most) return nullptr;
     const __int64 bytes = static_cast<__int64>(sizeof(Shape)) +
                           rowCount * static_cast<__int64>(sizeof(CWavChnlChnlDatazq*));
     unsigned char* block = newArray<unsigned char>(bytes);
-    if (block == nullptr)
-        return nullptr;
+    if (block == nullptr) return nullptr;
     new (block) Shape{rowCount, colCount};
     auto** table = reinterpret_cast<CWavChnlChnlDatazq**>(block + sizeof(Shape));
     for (__int64 r = 0; r < rowCount; ++r)
@@ -41,10 +39,8 @@ CWavChnlChnlDatazq** newTable(__int64 rowCount, __int64 colCount) {
 }
 
 bool newRow(CWavChnlChnlDatazq** table, __int64 r) {
-    if (r < 0 || r >= rows(table))
-        return false;
-    if (table[r] == nullptr)
-        table[r] = newArray<CWavChnlChnlDatazq>(cols(table));
+    if (r < 0 || r >= rows(table)) return false;
+    if (table[r] == nullptr) table[r] = newArray<CWavChnlChnlDatazq>(cols(table));
     return table[r] != nullptr;
 }
 
@@ -66,22 +62,19 @@ CWavChnlChnlDatazq* cell(CWavChnlChnlDatazq* const* table, __int64 r, __int64 c)
 }
 
 bool hasShape(CWavChnlChnlDatazq* const* table, __int64 rowCount, __int64 colCount) {
-    if (table == nullptr || rows(table) != rowCount || cols(table) != colCount)
-        return false;
+    if (table == nullptr || rows(table) != rowCount || cols(table) != colCount) return false;
     for (__int64 r = 0; r < rowCount; ++r) {
-        if (table[r] == nullptr)
-            return false;
+        if (table[r] == nullptr) return false;
     }
     return true;
 }
 
 void release(CWavChnlChnlDatazq** table) {
-    if (table == nullptr)
-        return;
+    if (table == nullptr) return;
     const __int64 rowCount = rows(table);
     for (__int64 r = 0; r < rowCount; ++r)
         delete[] table[r];
-    delete[] (reinterpret_cast<unsigned char*>(table) - sizeof(Shape));
+    delete[](reinterpret_cast<unsigned char*>(table) - sizeof(Shape));
 }
 
 }  // namespace cxc::grid

@@ -37,8 +37,7 @@ CWavChnlChnlDatazq* cell(CWavChnlChnlDatazq* const* table, __int64 r, __int64 c)
 
 /// The values of a vector (which may be null).
 inline Values values(const CWavChnlChnlDatazq* vector) {
-    if (vector == nullptr || vector->m_data == nullptr || vector->m_size < 1)
-        return {};
+    if (vector == nullptr || vector->m_data == nullptr || vector->m_size < 1) return {};
     return {vector->m_data, vector->m_size};
 }
 

@@ -1,0 +1,255 @@
+#include "cxcdata/CSnsCohData02Prcs.h"
+
+#include "cxcdata/allocation.h"
+#include "cxcdata/grid.h"
+#include "cxcdata/index_math.h"
+#include "cxcdata/passes.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <memory>
+#include <utility>
+
+namespace {
+
+using cxc::pass::FirstElement;
+
+bool hasValues(const CSnsCohData& dataset) {
+    return dataset.m_mCC != nullptr && dataset.m_cohTimTotal >= 1 && dataset.m_snsRowTotal >= 1 &&
+           dataset.m_snsColTotal >= 1;
+}
+
+// Counters may exceed the grid, and the other way round.
+__int64 rowsThere(const CSnsCohData& dataset) {
+    return std::min(dataset.m_snsRowTotal, cxc::grid::rows(dataset.m_mCC));
+}
+
+__int64 colsThere(const CSnsCohData& dataset) {
+    return std::min(dataset.m_snsColTotal, cxc::grid::cols(dataset.m_mCC));
+}
+
+cxc::pass::Slice slicesOf(const CSnsCohData& dataset, __int64 r, __int64 c) {
+    const cxc::grid::Values values = cxc::grid::values(dataset.m_mCC, r, c);
+    return {values.data, 0, std::min(values.size, dataset.m_cohTimTotal)};
+}
+
+// The accumulators of Lanes rows from r on, each over all columns and slices of its row.
+template <class Accumulator, std::size_t Lanes>
+std::array<Accumulator, Lanes> walkRows(const CSnsCohData& dataset, __int64 r) {
+    std::array<Accumulator, Lanes> accumulators = {};
+    const __int64 cols = colsThere(dataset);
+    for (__int64 c = 0; c < cols; ++c) {
+        std::array<cxc::pass::Slice, Lanes> slices;
+        for (std::size_t k = 0; k < Lanes; ++k)
+            slices[k] = slicesOf(dataset, r + static_cast<__int64>(k), c);
+        cxc::pass::walk(slices, accumulators);
+    }
+    return accumulators;
+}
+
+// Calls take with the accumulator of every row, in row order.
+template <class Accumulator, class Take>
+void eachRow(const CSnsCohData& dataset, Take take) {
+    constexpr __int64 lanes = 4;
+    const __int64 rows = rowsThere(dataset);
+    __int64 r = 0;
+    for (; r + lanes <= rows; r += lanes) {
+        for (const Accumulator& row : walkRows<Accumulator, lanes>(dataset, r))
+            take(row);
+    }
+    for (; r < rows; ++r)
+        take(walkRows<Accumulator, 1>(dataset, r)[0]);
+}
+
+// The values of a row as the counters announce them; a product of doubles cannot overflow.
+double rowLength(const CSnsCohData& dataset) {
+    return static_cast<double>(dataset.m_snsColTotal) * static_cast<double>(dataset.m_cohTimTotal);
+}
+
+double meanSquare(const CSnsCohData& dataset) {
+    double sum = 0.0;
+    eachRow<cxc::pass::SquareSum>(
+        dataset, [&](const cxc::pass::SquareSum& row) { sum += row.sum / rowLength(dataset); });
+    return sum / static_cast<double>(dataset.m_snsRowTotal);
+}
+
+void divideAll(const CSnsCohData& dataset, double divisor) {
+    const __int64 rows = rowsThere(dataset);
+    const __int64 cols = colsThere(dataset);
+    for (__int64 r = 0; r < rows; ++r) {
+        for (__int64 c = 0; c < cols; ++c) {
+            const __int64 end = slicesOf(dataset, r, c).end;
+            double* const data = cxc::grid::values(dataset.m_mCC, r, c).data;
+            for (__int64 t = 0; t < end; ++t)
+                data[t] /= divisor;
+        }
+    }
+}
+
+struct Summary {
+    cxc::pass::Range range;
+    double mean = 0.0;
+    double absSum = 0.0;
+    double rmsSum = 0.0;
+};
+
+/// The sums of one row, over its pairs.
+struct RowSums {
+    double mean = 0.0;
+    double absMean = 0.0;
+    double squaredRms = 0.0;
+
+    void take(const cxc::pass::Statistic& pair, __int64 size) {
+        if (size < 1) return;
+        const double length = static_cast<double>(size);
+        const double rms = std::sqrt(pair.squareSum / length);
+        mean += pair.sum / length;
+        absMean += pair.absSum / length;
+        squaredRms += rms * rms;
+    }
+};
+
+void addRow(const CSnsCohData& dataset, const RowSums& row, Summary& summary) {
+    const double cols = static_cast<double>(dataset.m_snsColTotal);
+    summary.mean += row.mean / cols;
+    summary.absSum += row.absMean / cols;
+    summary.rmsSum += std::sqrt(row.squaredRms / cols);
+}
+
+Summary summarize(const CSnsCohData& dataset) {
+    Summary summary;
+    RowSums row;
+    bool any = false;
+    auto take = [&](cxc::pass::Statistic pair, __int64 size) {
+        if (size < 1) pair.start(0.0);
+        row.take(pair, size);
+        if (any)
+            summary.range.add(static_cast<const cxc::pass::Range&>(pair));
+        else
+            summary.range = pair;
+        any = true;
+    };
+    auto batch = cxc::pass::makeBatch<cxc::pass::Statistic, FirstElement::starts, 2>(take);
+    const __int64 rows = rowsThere(dataset);
+    const __int64 cols = colsThere(dataset);
+    for (__int64 r = 0; r < rows; ++r) {
+        const CWavChnlChnlDatazq* const vectors = cxc::grid::row(dataset.m_mCC, r);
+        row = RowSums();
+        for (__int64 c = 0; vectors != nullptr && c < cols; ++c) {
+            const cxc::grid::Values values = cxc::grid::values(vectors + c);
+            batch.add({values.data, 0, values.size});
+        }
+        batch.flush();
+        addRow(dataset, row, summary);
+    }
+    // Rows that are only announced add 0, or NaN where there are no columns; one stands for all.
+    if (dataset.m_snsRowTotal > rows) addRow(dataset, RowSums(), summary);
+    if (!any) summary.range.start(0.0);
+    const double rowTotal = static_cast<double>(dataset.m_snsRowTotal);
+    summary.mean /= rowTotal;
+    summary.absSum /= rowTotal;
+    // The second square root is deliberate: users know the figure this way.
+    summary.rmsSum = std::sqrt(summary.rmsSum / rowTotal);
+    return summary;
+}
+
+}  // namespace
+
+int CSnsCohData02Prcs::getChnlRowCol(__int64& rows, __int64& cols) {
+    rows = m_snsRowTotal;
+    cols = m_snsColTotal;
+    return m_snsRowTotal >= 1 && m_snsColTotal >= 1 ? 1 : 0;
+}
+
+int CSnsCohData02Prcs::getAnaLatency(double& begin, double& end) {
+    begin = m_anaLatencyBegin;
+    end = m_anaLatencyEnd;
+    return 1;
+}
+
+CString CSnsCohData02Prcs::getStatistics() {
+    const Summary summary = summarize(*this);
+    m_dataMin = summary.range.min;
+    m_dataMax = summary.range.max;
+    m_dataMean = summary.mean;
+    CString text;
+    text.Format(_T("%s Min: %f\tMean: %f Max: %f AbsSum: %f RmsSum: %f \n"), m_cxcName.GetString(),
+                summary.range.min, summary.mean, summary.range.max, summary.absSum, summary.rmsSum);
+    return text;
+}
+
+int CSnsCohData02Prcs::checkDataRange() {
+    if (!hasValues(*this)) return 0;
+    const cxc::pass::Slice first = slicesOf(*this, 0, 0);
+    cxc::pass::Range range;
+    range.start(first.end > 0 ? first.data[0] : 0.0);
+    double mean = 0.0;
+    eachRow<cxc::pass::RangeSum>(*this, [&](const cxc::pass::RangeSum& row) {
+        range.add(static_cast<const cxc::pass::Range&>(row));
+        mean += row.sum / rowLength(*this);
+    });
+    m_dataMin = range.min;
+    m_dataMax = range.max;
+    m_dataMean = mean / static_cast<double>(m_snsRowTotal);
+    return 1;
+}
+
+int CSnsCohData02Prcs::normRMS() {
+    if (!hasValues(*this)) return 0;
+    const double rms = std::sqrt(meanSquare(*this));
+    if (!(rms > 0.0)) {
+        AfxMessageBox(_T("RMS value in leadfields is smaller than zero!?"), MB_OK);
+        return 0;
+    }
+    divideAll(*this, rms);
+    m_rmsValue = rms;
+    m_rmsNormalized = 1;
+    return 1;
+}
+
+int CSnsCohData02Prcs::zeroDiagonal() {
+    if (!hasValues(*this)) return 0;
+    // Made first: the note says what was done to the values, so neither may change alone.
+    const std::unique_ptr<CString> note(cxc::allocateOrNull(sizeof(CString), [this] {
+        return new CString(m_cxcCmptInfo + _T("\nSet Diagonal value to 0"));
+    }));
+    if (note == nullptr) return 0;
+    m_cxcCmptInfo = std::move(*note);
+    const __int64 diagonal = std::min(rowsThere(*this), colsThere(*this));
+    for (__int64 r = 0; r < diagonal; ++r) {
+        const __int64 end = slicesOf(*this, r, r).end;
+        double* const data = cxc::grid::values(m_mCC, r, r).data;
+        std::fill(data, data + end, 0.0);
+    }
+    return 1;
+}
+
+int CSnsCohData02Prcs::resetSnsCoh() {
+    m_rowCrt = 0;
+    m_columnCrt = 0;
+    m_snsRowTotal = 0;  // deliberately not m_snsColTotal
+    m_anaLatencyBegin = 0.0;
+    m_anaLatencyEnd = 0.0;
+    return 1;
+}
+
+int CSnsCohData02Prcs::setChnlRowCol(__int64 rows, __int64 cols) {
+    m_snsRowTotal = rows;
+    m_snsColTotal = cols;
+    m_rowCrt = 0;
+    m_columnCrt = 0;
+    return rows > 0 && cols > 0 ? 1 : 0;
+}
+
+int CSnsCohData02Prcs::setAnaLatency(double begin, double end) {
+    m_anaLatencyBegin = begin;
+    m_anaLatencyEnd = end;
+    return 1;
+}
+
+int CSnsCohData02Prcs::setColumnCrt(int col) {
+    const __int64 raised = std::max(col, 0);
+    m_columnCrt = raised >= m_snsColTotal ? cxc::wrapSub(m_snsColTotal, 1) : raised;
+    return static_cast<int>(m_columnCrt);
+}

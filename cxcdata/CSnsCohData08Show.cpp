@@ -1,0 +1,128 @@
+#include "cxcdata/CSnsCohData08Show.h"
+
+#include "cxcdata/grid.h"
+#include "cxcdata/index_math.h"
+#include "cxcdata/passes.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+namespace {
+
+// Magnitudes over the slices from to to, inclusive, of every pair, as far as they are there.
+cxc::pass::Range magnitudeRange(const CSnsCohData& dataset, __int64 from, __int64 to) {
+    const __int64 rows = std::min(dataset.m_snsRowTotal, cxc::grid::rows(dataset.m_mCC));
+    const __int64 cols = std::min(dataset.m_snsColTotal, cxc::grid::cols(dataset.m_mCC));
+    cxc::pass::Range result;
+    bool any = false;
+    auto take = [&](const cxc::pass::Range& vector, __int64) { result.add(vector); };
+    auto batch =
+        cxc::pass::makeBatch<cxc::pass::MagnitudeRange, cxc::pass::FirstElement::adds, 4>(take);
+    for (__int64 r = 0; r < rows; ++r) {
+        const CWavChnlChnlDatazq* const vectors = cxc::grid::row(dataset.m_mCC, r);
+        for (__int64 c = 0; vectors != nullptr && c < cols; ++c) {
+            const cxc::grid::Values values = cxc::grid::values(vectors + c);
+            const cxc::pass::Slice slice = {values.data, from, std::min(to, values.size - 1) + 1};
+            if (slice.begin >= slice.end) continue;
+            if (!any) result.start(std::fabs(values.data[from]));
+            any = true;
+            batch.add(slice);
+        }
+    }
+    batch.flush();
+    if (!any) result.start(0.0);
+    return result;
+}
+
+void askColor(COLORREF& color) {
+    CColorDialog dialog(color, CC_RGBINIT | CC_FULLOPEN);
+    if (dialog.DoModal() == IDOK) color = dialog.GetColor();
+}
+
+}  // namespace
+
+CString CSnsCohData08Show::getChnlTypeIDname() {
+    switch (m_chnlTypeID) {
+        case 0:
+            return _T("All Type");
+        case 1:
+            return _T("MEG Sensor");
+        case 2:
+            return _T("EEG Sensor");
+        case 3:
+            return _T("MEG EEG Sensor");
+        default:
+            return _T("Unknown");
+    }
+}
+
+CString CSnsCohData08Show::getCxcCmptInfo() {
+    return m_cxcCmptInfo;
+}
+
+int CSnsCohData08Show::getCxcAbsRange(double& min, double& max, bool, bool useTime, __int64 from,
+                                      __int64 to) {
+    __int64 first = 0;
+    __int64 last = std::numeric_limits<__int64>::max();
+    if (useTime) {
+        first = from == -1 ? m_selectBegin : from;
+        last = to == -1 ? m_selectEnd : to;
+    }
+    // Slices are deliberately checked only where they restrict the range.
+    const bool outside =
+        useTime && (first < 0 || first >= m_cohTimTotal || last < 0 || last >= m_cohTimTotal);
+    if (m_mCC == nullptr || outside) {
+        min = 0.0;
+        max = 0.0;
+        return 0;
+    }
+    const cxc::pass::Range range = magnitudeRange(*this, first, last);
+    m_showRangeMax = range.max;
+    m_showRangeMin = range.min;
+    m_showRangeMid = (range.min + range.max) * 0.5;
+    min = range.min;
+    max = range.max;
+    return 1;
+}
+
+__int64 CSnsCohData08Show::nextSelect(int step, int wrap) {
+    const __int64 high = std::max(m_selectEnd, m_selectBegin);
+    const __int64 width = cxc::wrapSub(high, m_selectBegin);
+    const __int64 last = cxc::wrapSub(m_cohTimTotal, 1);
+    __int64& begin = m_selectBegin;
+    __int64& end = m_selectEnd;
+    begin = cxc::wrapAdd(begin, step);
+    end = cxc::wrapAdd(high, step);
+    if (begin < 0) {
+        begin = wrap != 0 ? cxc::wrapSub(last, width) : 0;
+        end = wrap != 0 || width >= m_cohTimTotal ? last : width;
+    }
+    if (end >= m_cohTimTotal) {
+        begin = wrap != 0 ? 0 : cxc::wrapSub(last, width);
+        end = wrap != 0 ? width : last;
+        if (wrap == 0 && begin >= 0) return begin;
+        begin = std::max<__int64>(begin, 0);
+    }
+    end = std::max(end, begin);
+    return begin;
+}
+
+int CSnsCohData08Show::findSelectCxC(int) {
+    return 0;
+}
+
+int CSnsCohData08Show::setActiveColor() {
+    askColor(m_activeColor);
+    return 1;
+}
+
+int CSnsCohData08Show::setSuppressiveColor() {
+    askColor(m_suppressiveColor);
+    return 1;
+}
+
+int CSnsCohData08Show::setBasicColor() {
+    askColor(m_basicColor);
+    return 1;
+}
