@@ -1,0 +1,68 @@
+#include "cxcdata/CSnsCohData09File.h"
+
+namespace {
+
+constexpr int archiveBuffer = 4096;  // bytes
+
+// The file dialog of a dataset file, with the filter and without a default extension.
+class CxcFileDialog {
+public:
+    CxcFileDialog(BOOL open, LPCTSTR name, DWORD flags)
+        : m_dialog(open, nullptr, name, flags, m_filter, nullptr, 0, TRUE) {
+        m_dialog.m_ofn.nFilterIndex = 1;
+    }
+
+    bool confirmed() { return m_dialog.DoModal() == IDOK; }
+    CString path() const { return m_dialog.GetPathName(); }
+
+private:
+    // The dialog may rewrite the separators, so it gets a copy that may be written to.
+    TCHAR m_filter[64] = _T("Channel cross channel(*.cxc)|*.cxc|All Files(*.*)|*.*||");
+    CFileDialog m_dialog;
+};
+
+// Passes the one record of a file through an archive. What the record returns is deliberately not
+// looked at: it has told the user itself. An exception leaves the archive behind unflushed,
+// because a second failure while the first one unwinds would end the process.
+void passRecord(CFile& file, UINT mode, CSnsCohData09File& data) {
+    CArchive ar(&file, mode, archiveBuffer);
+    try {
+        data.serialize(ar);
+        ar.Close();
+    } catch (...) {
+        ar.Abort();
+        throw;
+    }
+}
+
+}  // namespace
+
+int CSnsCohData09File::saveCxcDataStd() {
+    // Deliberate: the dataset keeps this name, also when the user cancels.
+    if (m_cxcName.IsEmpty()) m_cxcName = _T("CxC Data");
+    CxcFileDialog dialog(FALSE, m_cxcName, OFN_OVERWRITEPROMPT);
+    if (!dialog.confirmed()) return 0;
+    CString path = dialog.path();
+    // Deliberate: the extension counts wherever it stands in the path, folders included, and only
+    // in small letters.
+    if (path.Find(_T(".cxc")) < 0) path += _T(".cxc");
+
+    CFile file;
+    if (!file.Open(path, CFile::modeCreate | CFile::modeWrite)) return 0;
+    passRecord(file, CArchive::store, *this);
+    file.Flush();
+    file.Close();
+    return 1;
+}
+
+int CSnsCohData09File::openCxcDataStd() {
+    // Covers the dialog too, and ends on every way out.
+    const CWaitCursor wait;
+    CxcFileDialog dialog(TRUE, nullptr, OFN_FILEMUSTEXIST | OFN_PATHMUSTEXIST);
+    if (!dialog.confirmed()) return 0;
+    CFile file;
+    if (!file.Open(dialog.path(), CFile::modeRead)) return 0;
+    passRecord(file, CArchive::load, *this);
+    file.Close();
+    return 1;
+}

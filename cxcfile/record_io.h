@@ -1,0 +1,56 @@
+// What every record is made of: single values that pass in the direction of the archive, magic
+// strings, and the rule for sizes that a file claims. A record lists its values once, and the
+// same pass over the list stores or loads them.
+#pragma once
+
+#include "framework.h"
+
+namespace cxc {
+
+/// Stores or loads one value. A value that the archive cannot deliver whole stays as it was.
+/// Throws the archive's exceptions.
+template <class T>
+void passItem(CArchive& ar, T& value) {
+    if (ar.IsStoring()) {
+        ar << value;
+        return;
+    }
+    T loaded{};
+    ar >> loaded;
+    value = loaded;
+}
+
+/// One byte; any non-zero one is true.
+inline void passItem(CArchive& ar, bool& value) {
+    BYTE byte = value ? 1 : 0;
+    passItem(ar, byte);
+    value = byte != 0;
+}
+
+/// Reads a string and tells whether it is exactly `magic`.
+template <int Size>
+bool loadMagic(CArchive& ar, const TCHAR (&magic)[Size]) {
+    CString text;
+    ar >> text;
+    // The comparison alone would overlook what stands behind a zero character.
+    return text.GetLength() == Size - 1 && text == magic;
+}
+
+inline void storeMagic(CArchive& ar, LPCTSTR magic) {
+    ar << CString(magic);
+}
+
+/// Bytes between the place of a loading archive and the end of its file; -1 where the file cannot
+/// tell. Flushes the archive, so it is not for every item.
+__int64 bytesLeft(CArchive& ar);
+
+/// The rule for sizes that stand in a file: memory above this many bytes is taken only when the
+/// file has shown that it is long enough for what is claimed. Smaller claims just fail where the
+/// data end.
+constexpr __int64 largestUnbackedClaim = 64 * 1024 * 1024;
+
+/// Whether `count` elements of `elementBytes` of memory may be allocated for data that take at
+/// least `storedBytes` each in the file. False for a negative count.
+bool claimIsBacked(CArchive& ar, __int64 count, __int64 elementBytes, double storedBytes);
+
+}  // namespace cxc
