@@ -177,6 +177,9 @@ int CSnsCohData::checkInitSnsCohData(__int64 rows, __int64 cols, __int64 nTim, b
 int CSnsCohData::reuseGrid(__int64 nTim, bool zero) {
     const __int64 rows = cxc::grid::rows(m_mCC);
     const __int64 cols = cxc::grid::cols(m_mCC);
+    // The vectors may be shorter than the counter says, and the counter may say anything.
+    if (!cxc::gridFitsMemory(rows, cols, nTim))
+        return abandonGrid();
     for (__int64 r = 0; r < rows; ++r) {
         CWavChnlChnlDatazq* const vectors = m_mCC[r];
         for (__int64 c = 0; c < cols; ++c) {

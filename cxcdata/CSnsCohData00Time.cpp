@@ -30,7 +30,6 @@ double** CSnsCohData00Time::s_newCohData(int n) {
     if (n < 1) return nullptr;
     double** const table = cxc::newArray<double*>(n);
     if (table == nullptr) return nullptr;
-    // A system that overcommits would grant row after row until it ends the process.
     if (!cxc::gridFitsMemory(1, 1, static_cast<__int64>(n) * n)) return refuseMatrix(table);
     for (__int64 r = 0; r < n; ++r) {
         table[r] = newClearRow(n);

@@ -141,15 +141,15 @@ void AFXAPI AfxWriteStringLength(CArchive& ar, UINT_PTR length, BOOL unicode) {
 
 UINT_PTR AFXAPI AfxReadStringLength(CArchive& ar, int& charSize) {
     charSize = 1;
-    BYTE byte = 0;
+    BYTE first = 0;
     WORD word = 0;
-    ar >> byte;
-    if (byte < longerThanByte) return byte;
+    ar >> first;
+    if (first < longerThanByte) return first;
     ar >> word;
     if (word == unicodeMarker) {
         charSize = 2;
-        ar >> byte;
-        if (byte < longerThanByte) return byte;
+        ar >> first;
+        if (first < longerThanByte) return first;
         ar >> word;
     }
     if (word < longerThanWord) return word;

@@ -71,9 +71,9 @@ public:
         return get(v);
     }
     CArchive& operator>>(bool& v) {
-        BYTE byte = 0;
-        get(byte);
-        v = byte != 0;
+        BYTE stored = 0;
+        get(stored);
+        v = stored != 0;
         return *this;
     }
     CArchive& operator>>(WORD& v) {
