@@ -178,8 +178,7 @@ int CSnsCohData::reuseGrid(__int64 nTim, bool zero) {
     const __int64 rows = cxc::grid::rows(m_mCC);
     const __int64 cols = cxc::grid::cols(m_mCC);
     // The vectors may be shorter than the counter says, and the counter may say anything.
-    if (!cxc::gridFitsMemory(rows, cols, nTim))
-        return abandonGrid();
+    if (!cxc::gridFitsMemory(rows, cols, nTim)) return abandonGrid();
     for (__int64 r = 0; r < rows; ++r) {
         CWavChnlChnlDatazq* const vectors = m_mCC[r];
         for (__int64 c = 0; c < cols; ++c) {
@@ -242,72 +241,84 @@ int CSnsCohData::cleanSnsCohData() {
 
 namespace {
 
-struct PairRange {
-    cxc::pass::Range range;
-    double mean = 0.0;
+using cxc::pass::Range;
+using cxc::pass::RangeSum;
+using cxc::pass::Slice;
+
+// Counters may exceed the grid, and the other way round.
+__int64 rowsThere(const CSnsCohData& dataset) {
+    return std::min(dataset.m_snsRowTotal, cxc::grid::rows(dataset.m_mCC));
+}
+
+__int64 colsThere(const CSnsCohData& dataset) {
+    return std::min(dataset.m_snsColTotal, cxc::grid::cols(dataset.m_mCC));
+}
+
+struct RowRange {
+    Range<double> first;  // of the first pair
+    Range<double> all = cxc::pass::nothingSeen<Range>();
+    double meanSum = 0.0;
     bool any = false;
 
-    void take(const cxc::pass::Range& later) {
-        if (any)
-            range.add(later);
-        else
-            range = later;
+    void take(const RangeSum<double>& pair, __int64 size) {
+        if (!any) first.field = {pair.field[0], pair.field[1]};
         any = true;
+        cxc::pass::widen(all, pair);
+        if (size > 0) meanSum += pair.field[2] / static_cast<double>(size);
     }
 };
 
+struct WholeRange {
+    Range<double> range;
+    double mean = 0.0;
+};
+
 // A vector without values counts as 0.0 here, but a pair outside the grid not at all.
-PairRange wholeRange(const CSnsCohData& dataset, bool noDiag) {
-    const __int64 rows = std::min(dataset.m_snsRowTotal, cxc::grid::rows(dataset.m_mCC));
-    const __int64 cols = std::min(dataset.m_snsColTotal, cxc::grid::cols(dataset.m_mCC));
-    PairRange result;
-    double rowSum = 0.0;
-    auto take = [&](cxc::pass::RangeSum vector, __int64 size) {
-        if (size < 1)
-            vector.start(0.0);
-        else
-            rowSum += vector.sum / static_cast<double>(size);
-        result.take(vector);
+WholeRange wholeRange(const CSnsCohData& dataset, bool noDiag) {
+    WholeRange result;
+    bool any = false;
+    const auto slices = [&](__int64 r, __int64 c) -> Slice {
+        const CWavChnlChnlDatazq* const vector = cxc::grid::cell(dataset.m_mCC, r, c);
+        if (vector == nullptr || (noDiag && c == r)) return {};
+        const cxc::grid::Values values = cxc::grid::values(vector);
+        return {values.data, 0, values.size, true};
     };
-    auto batch =
-        cxc::pass::makeBatch<cxc::pass::RangeSum, cxc::pass::FirstElement::starts, 4>(take);
-    for (__int64 r = 0; r < rows; ++r) {
-        const CWavChnlChnlDatazq* const vectors = cxc::grid::row(dataset.m_mCC, r);
-        rowSum = 0.0;
-        for (__int64 c = 0; vectors != nullptr && c < cols; ++c) {
-            if (noDiag && c == r) continue;
-            const cxc::grid::Values values = cxc::grid::values(vectors + c);
-            batch.add({values.data, 0, values.size});
-        }
-        batch.flush();
+    const auto take = [&](const RowRange& row) {
+        if (row.any && !any) result.range = row.first;
+        any = any || row.any;
+        cxc::pass::widen(result.range, row.all);
         // Deliberately the full column count, also when the diagonal was left out.
-        result.mean += rowSum / static_cast<double>(dataset.m_snsColTotal);
-    }
+        result.mean += row.meanSum / static_cast<double>(dataset.m_snsColTotal);
+    };
+    cxc::pass::eachVector<RangeSum, RowRange>(rowsThere(dataset), colsThere(dataset), slices, take);
+    if (!any) result.range.start(0.0);
     result.mean /= static_cast<double>(dataset.m_snsRowTotal);
     return result;
 }
 
-cxc::pass::Range sliceRange(const CSnsCohData& dataset, __int64 from, __int64 to, bool noDiag) {
-    const __int64 rows = std::min(dataset.m_snsRowTotal, cxc::grid::rows(dataset.m_mCC));
-    const __int64 cols = std::min(dataset.m_snsColTotal, cxc::grid::cols(dataset.m_mCC));
-    cxc::pass::Range result;
+Range<double> sliceRange(const CSnsCohData& dataset, __int64 from, __int64 to, bool noDiag) {
+    Range<double> result;
     bool any = false;
-    auto take = [&](const cxc::pass::Range& vector, __int64) { result.add(vector); };
-    auto batch = cxc::pass::makeBatch<cxc::pass::Range, cxc::pass::FirstElement::adds, 4>(take);
-    for (__int64 r = 0; r < rows; ++r) {
-        const CWavChnlChnlDatazq* const vectors = cxc::grid::row(dataset.m_mCC, r);
-        for (__int64 c = 0; vectors != nullptr && c < cols; ++c) {
-            if (noDiag && c == r) continue;
-            const cxc::grid::Values values = cxc::grid::values(vectors + c);
-            const cxc::pass::Slice slice = {values.data, from, std::min(to, values.size - 1) + 1};
-            if (slice.begin >= slice.end) continue;
-            if (!any) result.start(values.data[from]);
-            any = true;
-            batch.add(slice);
+    const auto slices = [&](__int64 r, __int64 c) -> Slice {
+        const cxc::grid::Values values = cxc::grid::values(dataset.m_mCC, r, c);
+        const __int64 end = std::min(to, values.size - 1) + 1;
+        return from < end && !(noDiag && c == r) ? Slice{values.data, from, end, true} : Slice{};
+    };
+    const __int64 rows = rowsThere(dataset);
+    const __int64 cols = colsThere(dataset);
+    for (__int64 r = 0; r < rows && !any; ++r) {
+        for (__int64 c = 0; c < cols && !any; ++c) {
+            const Slice slice = slices(r, c);
+            any = slice.visited;
+            result.start(any ? slice.data[slice.begin] : 0.0);
         }
     }
-    batch.flush();
-    if (!any) result.start(0.0);
+    if (!any) {
+        result.start(0.0);
+        return result;
+    }
+    cxc::pass::eachRow<Range>(rows, cols, slices,
+                              [&](const Range<double>& row) { cxc::pass::widen(result, row); });
     return result;
 }
 
@@ -323,19 +334,18 @@ int CSnsCohData::getSnsCohRange(double& min, double& max, bool useTime, __int64 
         max = 0.0;
         return 0;
     }
-    cxc::pass::Range range;
+    Range<double> range;
     if (useTime) {
         range = sliceRange(*this, first, last, noDiag != 0);
     } else {
-        PairRange pairs = wholeRange(*this, noDiag != 0);
-        if (!pairs.any) pairs.range.start(0.0);
-        range = pairs.range;
-        m_dataMax = range.max;
-        m_dataMin = range.min;
-        m_dataMean = pairs.mean;
+        const WholeRange whole = wholeRange(*this, noDiag != 0);
+        range = whole.range;
+        m_dataMax = range.field[1];
+        m_dataMin = range.field[0];
+        m_dataMean = whole.mean;
     }
-    min = range.min;
-    max = range.max;
+    min = range.field[0];
+    max = range.field[1];
     return 1;
 }
 

@@ -6,14 +6,11 @@
 #include "cxcdata/passes.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <memory>
 #include <utility>
 
 namespace {
-
-using cxc::pass::FirstElement;
 
 bool hasValues(const CSnsCohData& dataset) {
     return dataset.m_mCC != nullptr && dataset.m_cohTimTotal >= 1 && dataset.m_snsRowTotal >= 1 &&
@@ -31,35 +28,15 @@ __int64 colsThere(const CSnsCohData& dataset) {
 
 cxc::pass::Slice slicesOf(const CSnsCohData& dataset, __int64 r, __int64 c) {
     const cxc::grid::Values values = cxc::grid::values(dataset.m_mCC, r, c);
-    return {values.data, 0, std::min(values.size, dataset.m_cohTimTotal)};
+    return {values.data, 0, std::min(values.size, dataset.m_cohTimTotal), true};
 }
 
-// The accumulators of Lanes rows from r on, each over all columns and slices of its row.
-template <class Accumulator, std::size_t Lanes>
-std::array<Accumulator, Lanes> walkRows(const CSnsCohData& dataset, __int64 r) {
-    std::array<Accumulator, Lanes> accumulators = {};
-    const __int64 cols = colsThere(dataset);
-    for (__int64 c = 0; c < cols; ++c) {
-        std::array<cxc::pass::Slice, Lanes> slices;
-        for (std::size_t k = 0; k < Lanes; ++k)
-            slices[k] = slicesOf(dataset, r + static_cast<__int64>(k), c);
-        cxc::pass::walk(slices, accumulators);
-    }
-    return accumulators;
-}
-
-// Calls take with the accumulator of every row, in row order.
-template <class Accumulator, class Take>
+// Calls take with the accumulator of every row, over all its columns and slices.
+template <template <class> class Accumulator, class Take>
 void eachRow(const CSnsCohData& dataset, Take take) {
-    constexpr __int64 lanes = 4;
-    const __int64 rows = rowsThere(dataset);
-    __int64 r = 0;
-    for (; r + lanes <= rows; r += lanes) {
-        for (const Accumulator& row : walkRows<Accumulator, lanes>(dataset, r))
-            take(row);
-    }
-    for (; r < rows; ++r)
-        take(walkRows<Accumulator, 1>(dataset, r)[0]);
+    cxc::pass::eachRow<Accumulator>(
+        rowsThere(dataset), colsThere(dataset),
+        [&](__int64 r, __int64 c) { return slicesOf(dataset, r, c); }, take);
 }
 
 // The values of a row as the counters announce them; a product of doubles cannot overflow.
@@ -69,8 +46,9 @@ double rowLength(const CSnsCohData& dataset) {
 
 double meanSquare(const CSnsCohData& dataset) {
     double sum = 0.0;
-    eachRow<cxc::pass::SquareSum>(
-        dataset, [&](const cxc::pass::SquareSum& row) { sum += row.sum / rowLength(dataset); });
+    eachRow<cxc::pass::SquareSum>(dataset, [&](const cxc::pass::SquareSum<double>& row) {
+        sum += row.field[0] / rowLength(dataset);
+    });
     return sum / static_cast<double>(dataset.m_snsRowTotal);
 }
 
@@ -87,8 +65,11 @@ void divideAll(const CSnsCohData& dataset, double divisor) {
     }
 }
 
+using cxc::pass::Range;
+using cxc::pass::Statistic;
+
 struct Summary {
-    cxc::pass::Range range;
+    Range<double> range;
     double mean = 0.0;
     double absSum = 0.0;
     double rmsSum = 0.0;
@@ -96,16 +77,22 @@ struct Summary {
 
 /// The sums of one row, over its pairs.
 struct RowSums {
+    Range<double> first;  // of the first pair
+    Range<double> all = cxc::pass::nothingSeen<Range>();
     double mean = 0.0;
     double absMean = 0.0;
     double squaredRms = 0.0;
+    bool any = false;
 
-    void take(const cxc::pass::Statistic& pair, __int64 size) {
+    void take(const Statistic<double>& pair, __int64 size) {
+        if (!any) first.field = {pair.field[0], pair.field[1]};
+        any = true;
+        cxc::pass::widen(all, pair);
         if (size < 1) return;
         const double length = static_cast<double>(size);
-        const double rms = std::sqrt(pair.squareSum / length);
-        mean += pair.sum / length;
-        absMean += pair.absSum / length;
+        const double rms = std::sqrt(pair.field[4] / length);
+        mean += pair.field[2] / length;
+        absMean += pair.field[3] / length;
         squaredRms += rms * rms;
     }
 };
@@ -119,30 +106,20 @@ void addRow(const CSnsCohData& dataset, const RowSums& row, Summary& summary) {
 
 Summary summarize(const CSnsCohData& dataset) {
     Summary summary;
-    RowSums row;
     bool any = false;
-    auto take = [&](cxc::pass::Statistic pair, __int64 size) {
-        if (size < 1) pair.start(0.0);
-        row.take(pair, size);
-        if (any)
-            summary.range.add(static_cast<const cxc::pass::Range&>(pair));
-        else
-            summary.range = pair;
-        any = true;
+    const auto slices = [&](__int64 r, __int64 c) -> cxc::pass::Slice {
+        const CWavChnlChnlDatazq* const vector = cxc::grid::cell(dataset.m_mCC, r, c);
+        const cxc::grid::Values values = cxc::grid::values(vector);
+        return {values.data, 0, values.size, vector != nullptr};
     };
-    auto batch = cxc::pass::makeBatch<cxc::pass::Statistic, FirstElement::starts, 2>(take);
-    const __int64 rows = rowsThere(dataset);
-    const __int64 cols = colsThere(dataset);
-    for (__int64 r = 0; r < rows; ++r) {
-        const CWavChnlChnlDatazq* const vectors = cxc::grid::row(dataset.m_mCC, r);
-        row = RowSums();
-        for (__int64 c = 0; vectors != nullptr && c < cols; ++c) {
-            const cxc::grid::Values values = cxc::grid::values(vectors + c);
-            batch.add({values.data, 0, values.size});
-        }
-        batch.flush();
+    const auto take = [&](const RowSums& row) {
+        if (row.any && !any) summary.range = row.first;
+        any = any || row.any;
+        cxc::pass::widen(summary.range, row.all);
         addRow(dataset, row, summary);
-    }
+    };
+    const __int64 rows = rowsThere(dataset);
+    cxc::pass::eachVector<Statistic, RowSums>(rows, colsThere(dataset), slices, take);
     // Rows that are only announced add 0, or NaN where there are no columns; one stands for all.
     if (dataset.m_snsRowTotal > rows) addRow(dataset, RowSums(), summary);
     if (!any) summary.range.start(0.0);
@@ -170,27 +147,28 @@ int CSnsCohData02Prcs::getAnaLatency(double& begin, double& end) {
 
 CString CSnsCohData02Prcs::getStatistics() {
     const Summary summary = summarize(*this);
-    m_dataMin = summary.range.min;
-    m_dataMax = summary.range.max;
+    m_dataMin = summary.range.field[0];
+    m_dataMax = summary.range.field[1];
     m_dataMean = summary.mean;
     CString text;
     text.Format(_T("%s Min: %f\tMean: %f Max: %f AbsSum: %f RmsSum: %f \n"), m_cxcName.GetString(),
-                summary.range.min, summary.mean, summary.range.max, summary.absSum, summary.rmsSum);
+                summary.range.field[0], summary.mean, summary.range.field[1], summary.absSum,
+                summary.rmsSum);
     return text;
 }
 
 int CSnsCohData02Prcs::checkDataRange() {
     if (!hasValues(*this)) return 0;
     const cxc::pass::Slice first = slicesOf(*this, 0, 0);
-    cxc::pass::Range range;
+    Range<double> range;
     range.start(first.end > 0 ? first.data[0] : 0.0);
     double mean = 0.0;
-    eachRow<cxc::pass::RangeSum>(*this, [&](const cxc::pass::RangeSum& row) {
-        range.add(static_cast<const cxc::pass::Range&>(row));
-        mean += row.sum / rowLength(*this);
+    eachRow<cxc::pass::RangeSum>(*this, [&](const cxc::pass::RangeSum<double>& row) {
+        cxc::pass::widen(range, row);
+        mean += row.field[2] / rowLength(*this);
     });
-    m_dataMin = range.min;
-    m_dataMax = range.max;
+    m_dataMin = range.field[0];
+    m_dataMax = range.field[1];
     m_dataMean = mean / static_cast<double>(m_snsRowTotal);
     return 1;
 }

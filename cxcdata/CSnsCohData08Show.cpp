@@ -5,33 +5,38 @@
 #include "cxcdata/passes.h"
 
 #include <algorithm>
-#include <cmath>
 #include <limits>
 
 namespace {
 
+using cxc::pass::MagnitudeRange;
+using cxc::pass::Slice;
+
 // Magnitudes over the slices from to to, inclusive, of every pair, as far as they are there.
-cxc::pass::Range magnitudeRange(const CSnsCohData& dataset, __int64 from, __int64 to) {
+MagnitudeRange<double> magnitudeRange(const CSnsCohData& dataset, __int64 from, __int64 to) {
     const __int64 rows = std::min(dataset.m_snsRowTotal, cxc::grid::rows(dataset.m_mCC));
     const __int64 cols = std::min(dataset.m_snsColTotal, cxc::grid::cols(dataset.m_mCC));
-    cxc::pass::Range result;
+    const auto slices = [&](__int64 r, __int64 c) -> Slice {
+        const cxc::grid::Values values = cxc::grid::values(dataset.m_mCC, r, c);
+        const __int64 end = std::min(to, values.size - 1) + 1;
+        return from < end ? Slice{values.data, from, end, true} : Slice{};
+    };
+    MagnitudeRange<double> result;
     bool any = false;
-    auto take = [&](const cxc::pass::Range& vector, __int64) { result.add(vector); };
-    auto batch =
-        cxc::pass::makeBatch<cxc::pass::MagnitudeRange, cxc::pass::FirstElement::adds, 4>(take);
-    for (__int64 r = 0; r < rows; ++r) {
-        const CWavChnlChnlDatazq* const vectors = cxc::grid::row(dataset.m_mCC, r);
-        for (__int64 c = 0; vectors != nullptr && c < cols; ++c) {
-            const cxc::grid::Values values = cxc::grid::values(vectors + c);
-            const cxc::pass::Slice slice = {values.data, from, std::min(to, values.size - 1) + 1};
-            if (slice.begin >= slice.end) continue;
-            if (!any) result.start(std::fabs(values.data[from]));
-            any = true;
-            batch.add(slice);
+    for (__int64 r = 0; r < rows && !any; ++r) {
+        for (__int64 c = 0; c < cols && !any; ++c) {
+            const Slice slice = slices(r, c);
+            any = slice.visited;
+            result.start(any ? slice.data[slice.begin] : 0.0);
         }
     }
-    batch.flush();
-    if (!any) result.start(0.0);
+    if (!any) {
+        result.start(0.0);
+        return result;
+    }
+    cxc::pass::eachRow<MagnitudeRange>(rows, cols, slices, [&](const MagnitudeRange<double>& row) {
+        cxc::pass::widen(result, row);
+    });
     return result;
 }
 
@@ -77,12 +82,14 @@ int CSnsCohData08Show::getCxcAbsRange(double& min, double& max, bool, bool useTi
         max = 0.0;
         return 0;
     }
-    const cxc::pass::Range range = magnitudeRange(*this, first, last);
-    m_showRangeMax = range.max;
-    m_showRangeMin = range.min;
-    m_showRangeMid = (range.min + range.max) * 0.5;
-    min = range.min;
-    max = range.max;
+    const MagnitudeRange<double> range = magnitudeRange(*this, first, last);
+    const double least = range.field[0];
+    const double greatest = range.field[1];
+    m_showRangeMax = greatest;
+    m_showRangeMin = least;
+    m_showRangeMid = (least + greatest) * 0.5;
+    min = least;
+    max = greatest;
     return 1;
 }
 

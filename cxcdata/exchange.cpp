@@ -11,40 +11,23 @@ namespace {
 constexpr __int64 tileSlices = 64;
 constexpr __int64 tileColumns = 8;  // one cache line of a matrix row
 
-/// The matrices of some successive slices.
+/// One row of the matrices of some successive slices.
 struct Tile {
-    __int64 begin = 0;  // first slice
-    __int64 count = 0;  // slices
-    double** rows[tileSlices];
-    __int64 rowTotal[tileSlices];
-    __int64 colTotal[tileSlices];
-    double* line[tileSlices];  // the row at hand; null where a matrix has none
-    bool allLines = false;
+    __int64 begin = 0;             // first slice
+    __int64 count = 0;             // slices
+    double* line[tileSlices];      // null where a matrix has no such row
+    __int64 colTotal[tileSlices];  // elements of the line
+    bool allLines = true;
     __int64 leastCols = 0;
-    __int64 mostCols = 0;
-    __int64 mostRows = 0;
 
-    void take(CMMatrix2Dzq& matrix);
-    void openRow(__int64 r);
-};
-
-void Tile::take(CMMatrix2Dzq& matrix) {
-    rows[count] = matrix.getDataPP();
-    rowTotal[count] = matrix.getRow();
-    colTotal[count] = matrix.getCol();
-    leastCols = count == 0 ? colTotal[count] : std::min(leastCols, colTotal[count]);
-    mostCols = std::max(mostCols, colTotal[count]);
-    mostRows = std::max(mostRows, rowTotal[count]);
-    ++count;
-}
-
-void Tile::openRow(__int64 r) {
-    allLines = true;
-    for (__int64 k = 0; k < count; ++k) {
-        line[k] = r < rowTotal[k] ? rows[k][r] : nullptr;
-        allLines = allLines && line[k] != nullptr;
+    void take(CMMatrix2Dzq& matrix, __int64 r) {
+        line[count] = r < matrix.getRow() ? matrix.getDataPP()[r] : nullptr;
+        colTotal[count] = matrix.getCol();
+        allLines = allLines && line[count] != nullptr;
+        leastCols = count == 0 ? colTotal[count] : std::min(leastCols, colTotal[count]);
+        ++count;
     }
-}
+};
 
 struct ToMatrix {
     static void move(double& value, double& element) { element = value; }
@@ -98,44 +81,56 @@ void copyRow(const Tile& tile, CWavChnlChnlDatazq* const* table, __int64 r, __in
     }
 }
 
+// The matrices that can take part, from the first on.
+struct Span {
+    __int64 count = 0;
+    __int64 rows = 0;  // of the one with the most
+    __int64 cols = 0;
+};
+
+template <class Usable>
+Span measure(CMMatrix2Dzq* mats, __int64 count, Usable usable) {
+    Span span;
+    for (; span.count < count && usable(mats[span.count]); ++span.count) {
+        span.rows = std::max(span.rows, mats[span.count].getRow());
+        span.cols = std::max(span.cols, mats[span.count].getCol());
+    }
+    return span;
+}
+
+// Row by row: the vectors of one row and the same row of all matrices fit the cache together.
+template <class Direction>
+void copySpan(CMMatrix2Dzq* mats, const Span& span, CWavChnlChnlDatazq* const* table) {
+    for (__int64 r = 0; r < span.rows; ++r) {
+        for (__int64 t = 0; t < span.count; t += tileSlices) {
+            Tile tile;
+            tile.begin = t;
+            const __int64 end = std::min(t + tileSlices, span.count);
+            for (__int64 k = t; k < end; ++k)
+                tile.take(mats[k], r);
+            copyRow<Direction>(tile, table, r, span.cols);
+        }
+    }
+}
+
 }  // namespace
 
 bool gridToMatrices(CWavChnlChnlDatazq* const* table, CMMatrix2Dzq* mats, __int64 count) {
-    bool stored = true;
-    for (__int64 t = 0; stored && t < count;) {
-        Tile tile;
-        tile.begin = t;
-        for (; t < count && tile.count < tileSlices; ++t) {
-            stored = mats[t].getDataPP() != nullptr;
-            if (!stored) break;
-            tile.take(mats[t]);
-        }
-        for (__int64 r = 0; r < tile.mostRows; ++r) {
-            tile.openRow(r);
-            copyRow<ToMatrix>(tile, table, r, tile.mostCols);
-        }
-    }
-    return stored;
+    const auto stored = [](CMMatrix2Dzq& matrix) { return matrix.getDataPP() != nullptr; };
+    const Span span = measure(mats, count, stored);
+    copySpan<ToMatrix>(mats, span, table);
+    return span.count >= count;
 }
 
 bool matricesToGrid(CMMatrix2Dzq* mats, __int64 count, CWavChnlChnlDatazq** table) {
-    bool stored = true;
-    for (__int64 t = 0; stored && t < count;) {
-        Tile tile;
-        tile.begin = t;
-        for (; t < count && tile.count < tileSlices; ++t) {
-            stored = mats[t].getDataPP() != nullptr && mats[t].getRow() > 0 && mats[t].getCol() > 0;
-            if (!stored) break;
-            tile.take(mats[t]);
-        }
-        const __int64 rows = std::min(tile.mostRows, grid::rows(table));
-        const __int64 cols = std::min(tile.mostCols, grid::cols(table));
-        for (__int64 r = 0; r < rows; ++r) {
-            tile.openRow(r);
-            copyRow<ToGrid>(tile, table, r, cols);
-        }
-    }
-    return stored;
+    const auto filled = [](CMMatrix2Dzq& matrix) {
+        return matrix.getDataPP() != nullptr && matrix.getRow() > 0 && matrix.getCol() > 0;
+    };
+    Span span = measure(mats, count, filled);
+    span.rows = std::min(span.rows, grid::rows(table));
+    span.cols = std::min(span.cols, grid::cols(table));
+    copySpan<ToGrid>(mats, span, table);
+    return span.count >= count;
 }
 
 }  // namespace cxc::exchange

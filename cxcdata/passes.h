@@ -1,9 +1,10 @@
-// Straight passes over the values of several vectors at once. A sum in a fixed order waits for
-// the addition before it; sums that do not depend on each other run side by side here, each in
+// Passes over all values of a grid. A sum in a fixed order waits for the addition before it;
+// sums that do not depend on each other, those of different rows, run side by side here, each in
 // its own order, so that results stay the same to the last bit.
 #pragma once
 
 #include "cxcdata/grid.h"
+#include "cxcdata/two_doubles.h"
 #include "framework.h"
 
 #include <algorithm>
@@ -15,69 +16,98 @@
 
 namespace cxc::pass {
 
-/// Running extremes. Default-constructed it has seen nothing; a NaN as first value stays, a later
-/// one is passed over.
+inline double magnitude(double value) {
+    return std::fabs(value);
+}
+inline double lowered(double least, double value) {
+    return value < least ? value : least;
+}
+inline double raised(double most, double value) {
+    return value > most ? value : most;
+}
+
+// Accumulators over a Number (double, or two doubles of neighbouring rows). Default-constructed,
+// with Number double, they have seen nothing; start takes the first value: as such a NaN stays,
+// while add passes over it in the extremes.
+
+template <class Number>
 struct Range {
-    double min = std::numeric_limits<double>::infinity();
-    double max = -std::numeric_limits<double>::infinity();
+    std::array<Number, 2> field = {};  // least, greatest
 
-    void start(double value) { min = max = value; }
-    void add(double value) {
-        min = min > value ? value : min;
-        max = value > max ? value : max;
+    void start(Number value) { field = {value, value}; }
+    void add(Number value) {
+        field[0] = lowered(field[0], value);
+        field[1] = raised(field[1], value);
     }
-    void add(const Range& later) {
-        min = min > later.min ? later.min : min;
-        max = later.max > max ? later.max : max;
-    }
+    static constexpr std::array<double, 2> nothing = {std::numeric_limits<double>::infinity(),
+                                                      -std::numeric_limits<double>::infinity()};
 };
 
-/// Running extremes of the absolute values.
-struct MagnitudeRange : Range {
-    void start(double value) { Range::start(std::fabs(value)); }
-    void add(double value) { Range::add(std::fabs(value)); }
+template <class Number>
+struct MagnitudeRange : Range<Number> {
+    void start(Number value) { Range<Number>::start(magnitude(value)); }
+    void add(Number value) { Range<Number>::add(magnitude(value)); }
 };
 
-struct RangeSum : Range {
-    double sum = 0.0;
+template <class Number>
+struct RangeSum {
+    std::array<Number, 3> field = {};  // least, greatest, sum
 
-    void start(double value) {
-        Range::start(value);
-        sum = value;
+    void start(Number value) { field = {value, value, value}; }
+    void add(Number value) {
+        field[0] = lowered(field[0], value);
+        field[1] = raised(field[1], value);
+        field[2] = field[2] + value;
     }
-    void add(double value) {
-        Range::add(value);
-        sum += value;
-    }
+    static constexpr std::array<double, 3> nothing = {Range<double>::nothing[0],
+                                                      Range<double>::nothing[1], 0.0};
 };
 
+template <class Number>
 struct SquareSum {
-    double sum = 0.0;
+    std::array<Number, 1> field = {};
 
-    void add(double value) { sum += value * value; }
+    void start(Number value) { field = {value * value}; }
+    void add(Number value) { field[0] = field[0] + value * value; }
+    static constexpr std::array<double, 1> nothing = {0.0};
 };
 
-struct Statistic : RangeSum {
-    double absSum = 0.0;
-    double squareSum = 0.0;
+template <class Number>
+struct Statistic {
+    std::array<Number, 5> field = {};  // least, greatest, sum, sum of magnitudes, sum of squares
 
-    void start(double value) {
-        RangeSum::start(value);
-        absSum = std::fabs(value);
-        squareSum = value * value;
+    void start(Number value) { field = {value, value, value, magnitude(value), value * value}; }
+    void add(Number value) {
+        field[0] = lowered(field[0], value);
+        field[1] = raised(field[1], value);
+        field[2] = field[2] + value;
+        field[3] = field[3] + magnitude(value);
+        field[4] = field[4] + value * value;
     }
-    void add(double value) {
-        RangeSum::add(value);
-        absSum += std::fabs(value);
-        squareSum += value * value;
-    }
+    static constexpr std::array<double, 5> nothing = {Range<double>::nothing[0],
+                                                      Range<double>::nothing[1], 0.0, 0.0, 0.0};
 };
 
-/// Elements [begin, end) of one vector.
+template <template <class> class Accumulator>
+Accumulator<double> nothingSeen() {
+    Accumulator<double> accumulator;
+    accumulator.field = Accumulator<double>::nothing;
+    return accumulator;
+}
+
+/// Takes the extremes of a later accumulator into `range`.
+template <class Later>
+void widen(Range<double>& range, const Later& later) {
+    range.field[0] = lowered(range.field[0], later.field[0]);
+    range.field[1] = raised(range.field[1], later.field[1]);
+}
+
+/// Elements [begin, end) of one vector; not visited where there is no vector.
 struct Slice {
     const double* data = nullptr;
     __int64 begin = 0;
     __int64 end = 0;
+    bool visited = false;
 };
 
 template <class Accumulator>
@@ -90,81 +120,133 @@ void walk(const Slice& slice, Accumulator& accumulator) {
 
 namespace detail {
 
-template <class Accumulator, std::size_t... K>
-void together(const std::array<Slice, sizeof...(K)>& slices,
-              std::array<Accumulator, sizeof...(K)>& accumulators, __int64 length,
+template <template <class> class Accumulator>
+Accumulator<TwoDoubles> pack(const Accumulator<double>& a, const Accumulator<double>& b) {
+    Accumulator<TwoDoubles> both;
+    for (std::size_t i = 0; i < both.field.size(); ++i)
+        both.field[i] = TwoDoubles(a.field[i], b.field[i]);
+    return both;
+}
+
+template <template <class> class Accumulator>
+void unpack(const Accumulator<TwoDoubles>& both, Accumulator<double>& a, Accumulator<double>& b) {
+    for (std::size_t i = 0; i < both.field.size(); ++i) {
+        a.field[i] = both.field[i].first();
+        b.field[i] = both.field[i].second();
+    }
+}
+
+template <class Accumulator>
+void addTwice(Accumulator& accumulator, const double* a, const double* b) {
+    const TwoDoubles fromA = TwoDoubles::load(a);
+    const TwoDoubles fromB = TwoDoubles::load(b);
+    accumulator.add(firsts(fromA, fromB));
+    accumulator.add(seconds(fromA, fromB));
+}
+
+template <template <class> class Accumulator, std::size_t Lanes, std::size_t... K>
+void together(const std::array<const double*, Lanes>& data,
+              std::array<Accumulator<double>, Lanes>& accumulators, __int64 length,
               std::index_sequence<K...>) {
-    const std::array<const double*, sizeof...(K)> data = {(slices[K].data + slices[K].begin)...};
-    std::array<Accumulator, sizeof...(K)> local = {accumulators[K]...};
-    for (__int64 t = 0; t < length; ++t)
-        (local[K].add(data[K][t]), ...);
-    accumulators = local;
+    std::array<Accumulator<TwoDoubles>, sizeof...(K)> local = {
+        pack<Accumulator>(accumulators[2 * K], accumulators[2 * K + 1])...};
+    __int64 t = 0;
+    for (; t + 2 <= length; t += 2)
+        (addTwice(local[K], data[2 * K] + t, data[2 * K + 1] + t), ...);
+    if (t < length) (local[K].add(TwoDoubles(data[2 * K][t], data[2 * K + 1][t])), ...);
+    (unpack<Accumulator>(local[K], accumulators[2 * K], accumulators[2 * K + 1]), ...);
 }
 
 }  // namespace detail
 
 /// Adds slice k to accumulator k, side by side as far as all slices reach.
-template <class Accumulator, std::size_t Lanes>
-void walk(std::array<Slice, Lanes>& slices, std::array<Accumulator, Lanes>& accumulators) {
-    __int64 common = slices[0].end - slices[0].begin;
-    for (const Slice& slice : slices)
-        common = std::min(common, slice.end - slice.begin);
-    if (common > 0) {
-        detail::together(slices, accumulators, common, std::make_index_sequence<Lanes>());
-        for (Slice& slice : slices)
-            slice.begin += common;
+template <template <class> class Accumulator, std::size_t Lanes>
+void walk(std::array<Slice, Lanes>& slices, std::array<Accumulator<double>, Lanes>& accumulators) {
+    if constexpr (Lanes > 1) {
+        __int64 common = slices[0].end - slices[0].begin;
+        for (const Slice& slice : slices)
+            common = std::min(common, slice.end - slice.begin);
+        if (common > 0) {
+            std::array<const double*, Lanes> data;
+            for (std::size_t k = 0; k < Lanes; ++k) {
+                data[k] = slices[k].data + slices[k].begin;
+                slices[k].begin += common;
+            }
+            detail::together<Accumulator>(data, accumulators, common,
+                                          std::make_index_sequence<Lanes / 2>());
+        }
     }
     for (std::size_t k = 0; k < Lanes; ++k)
         walk(slices[k], accumulators[k]);
 }
 
-/// Whether the first element of each vector starts its accumulator (and stays if it is a NaN), or
-/// is added like the rest.
-enum class FirstElement { starts, adds };
+namespace detail {
 
-/// Collects vectors, walks Lanes of them together and hands each result on in the order in which
-/// the vectors came. Call flush() after the last one.
-template <class Accumulator, FirstElement first, std::size_t Lanes, class Take>
-class VectorBatch {
-public:
-    explicit VectorBatch(Take take) : m_take(take) {}
-
-    /// A slice of a vector; an empty one reaches `take` with length 0.
-    void add(const Slice& slice) {
-        m_slices[m_count++] = slice;
-        if (m_count == Lanes) flush();
+template <template <class> class Accumulator, std::size_t Lanes, class SliceOf, class Take>
+void rowGroups(__int64& row, __int64 rows, __int64 cols, SliceOf sliceOf, Take take) {
+    constexpr __int64 lanes = static_cast<__int64>(Lanes);
+    for (; row + lanes <= rows; row += lanes) {
+        std::array<Accumulator<double>, Lanes> accumulators;
+        accumulators.fill(nothingSeen<Accumulator>());
+        for (__int64 c = 0; c < cols; ++c) {
+            std::array<Slice, Lanes> slices;
+            for (std::size_t k = 0; k < Lanes; ++k)
+                slices[k] = sliceOf(row + static_cast<__int64>(k), c);
+            walk<Accumulator>(slices, accumulators);
+        }
+        for (const Accumulator<double>& accumulator : accumulators)
+            take(accumulator);
     }
+}
 
-    void flush() {
-        std::array<Accumulator, Lanes> accumulators = {};
-        std::array<Slice, Lanes> rest = {};
-        for (std::size_t k = 0; k < m_count; ++k) {
-            rest[k] = m_slices[k];
-            if constexpr (first == FirstElement::starts) {
-                if (rest[k].begin < rest[k].end)
-                    accumulators[k].start(rest[k].data[rest[k].begin++]);
+template <template <class> class Accumulator, class Row, std::size_t Lanes, class SliceOf,
+          class Take>
+void vectorGroups(__int64& row, __int64 rows, __int64 cols, SliceOf sliceOf, Take take) {
+    constexpr __int64 lanes = static_cast<__int64>(Lanes);
+    for (; row + lanes <= rows; row += lanes) {
+        std::array<Row, Lanes> results = {};
+        for (__int64 c = 0; c < cols; ++c) {
+            std::array<Slice, Lanes> slices;
+            std::array<Accumulator<double>, Lanes> accumulators;
+            std::array<__int64, Lanes> sizes;
+            for (std::size_t k = 0; k < Lanes; ++k) {
+                slices[k] = sliceOf(row + static_cast<__int64>(k), c);
+                sizes[k] = slices[k].visited ? slices[k].end - slices[k].begin : -1;
+                accumulators[k].start(sizes[k] > 0 ? slices[k].data[slices[k].begin++] : 0.0);
+            }
+            walk<Accumulator>(slices, accumulators);
+            for (std::size_t k = 0; k < Lanes; ++k) {
+                if (sizes[k] >= 0) results[k].take(accumulators[k], sizes[k]);
             }
         }
-        if (m_count == Lanes) {
-            walk(rest, accumulators);
-        } else {
-            for (std::size_t k = 0; k < m_count; ++k)
-                walk(rest[k], accumulators[k]);
-        }
-        for (std::size_t k = 0; k < m_count; ++k)
-            m_take(accumulators[k], m_slices[k].end - m_slices[k].begin);
-        m_count = 0;
+        for (const Row& result : results)
+            take(result);
     }
+}
 
-private:
-    Take m_take;
-    std::array<Slice, Lanes> m_slices = {};
-    std::size_t m_count = 0;
-};
+}  // namespace detail
 
-template <class Accumulator, FirstElement first, std::size_t Lanes, class Take>
-VectorBatch<Accumulator, first, Lanes, Take> makeBatch(Take take) {
-    return VectorBatch<Accumulator, first, Lanes, Take>(take);
+/// Accumulates each row over its columns and the elements of sliceOf(r, c), and calls `take` with
+/// the accumulator of every row, in row order.
+template <template <class> class Accumulator, class SliceOf, class Take>
+void eachRow(__int64 rows, __int64 cols, SliceOf sliceOf, Take take) {
+    __int64 row = 0;
+    detail::rowGroups<Accumulator, 8>(row, rows, cols, sliceOf, take);
+    detail::rowGroups<Accumulator, 4>(row, rows, cols, sliceOf, take);
+    detail::rowGroups<Accumulator, 1>(row, rows, cols, sliceOf, take);
+}
+
+/// Accumulates each vector over the elements of sliceOf(r, c), started by the first of them or by
+/// 0.0, and calls take(accumulator, size) of a Row for every visited one, in column order; then
+/// `take` with every Row, in row order.
+template <template <class> class Accumulator, class Row, class SliceOf, class Take>
+void eachVector(__int64 rows, __int64 cols, SliceOf sliceOf, Take take) {
+    // As many rows as there are registers for.
+    constexpr std::size_t most = sizeof(Accumulator<double>) > 4 * sizeof(double) ? 4 : 8;
+    __int64 row = 0;
+    detail::vectorGroups<Accumulator, Row, most>(row, rows, cols, sliceOf, take);
+    detail::vectorGroups<Accumulator, Row, 4>(row, rows, cols, sliceOf, take);
+    detail::vectorGroups<Accumulator, Row, 1>(row, rows, cols, sliceOf, take);
 }
 
 }  // namespace cxc::pass

@@ -84,7 +84,7 @@ void storeGrid(CArchive& ar, const CSnsCohData& data) {
         CWavChnlChnlDatazq* const row = cxc::grid::row(data.m_mCC, r);
         // Deliberate: what a vector record returns while storing is not looked at.
         for (__int64 c = 0; c < data.m_snsColTotal; ++c)
-            row[c].serialize(ar);
+            cxc::passVectorRecord(ar, row[c]);
     }
 }
 
@@ -94,7 +94,7 @@ constexpr double leastVectorRecord = 11 + 4 + 3 * 8 + 2 + 8 + 4 + 8 + 4;
 // The row table of a grid that a file claims to hold. Null on failure.
 Owner newStoredTable(CArchive& ar, __int64 rows, __int64 cols) {
     // Rows without vectors take no bytes in the file, so nothing else bounds their number.
-    constexpr __int64 mostEmptyRows = __int64{1} << 20;
+    constexpr __int64 mostEmptyRows = 1 << 20;
     const bool allowed = cols < 1
                              ? rows <= mostEmptyRows
                              : cxc::claimIsBacked(ar, rows, sizeof(CWavChnlChnlDatazq*),
@@ -107,7 +107,7 @@ bool loadRow(CArchive& ar, CWavChnlChnlDatazq** table, __int64 r, __int64 cols) 
         !cxc::grid::newRow(table, r))
         return false;
     for (__int64 c = 0; c < cols; ++c) {
-        if (table[r][c].serialize(ar) == 0) return false;
+        if (cxc::passVectorRecord(ar, table[r][c]) == 0) return false;
     }
     return true;
 }

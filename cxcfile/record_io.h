@@ -53,4 +53,11 @@ constexpr __int64 largestUnbackedClaim = 64 * 1024 * 1024;
 /// least `storedBytes` each in the file. False for a negative count.
 bool claimIsBacked(CArchive& ar, __int64 count, __int64 elementBytes, double storedBytes);
 
+/// Writes `count` doubles as they lie in memory; nothing for a count below 1.
+void storeBlock(CArchive& ar, const double* values, __int64 count);
+
+/// Reads `count` doubles in place and returns the bytes that came. What the file does not have, or
+/// an exception cut off, is 0.0.
+__int64 loadBlock(CArchive& ar, double* values, __int64 count);
+
 }  // namespace cxc

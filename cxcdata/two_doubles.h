@@ -1,0 +1,90 @@
+// Two doubles that are worked on together, with the results that each would have alone.
+#pragma once
+
+#if defined(__SSE2__) || defined(_M_X64)
+#define CXC_TWO_DOUBLES_SSE2
+#include <emmintrin.h>
+#else
+#include <cmath>
+#endif
+
+namespace cxc {
+
+#if defined(CXC_TWO_DOUBLES_SSE2)
+
+struct TwoDoubles {
+    __m128d both;
+
+    TwoDoubles() : both(_mm_setzero_pd()) {}
+    explicit TwoDoubles(__m128d value) : both(value) {}
+    TwoDoubles(double first, double second) : both(_mm_set_pd(second, first)) {}
+
+    static TwoDoubles load(const double* source) { return TwoDoubles(_mm_loadu_pd(source)); }
+    double first() const { return _mm_cvtsd_f64(both); }
+    double second() const { return _mm_cvtsd_f64(_mm_unpackhi_pd(both, both)); }
+};
+
+inline TwoDoubles operator+(TwoDoubles a, TwoDoubles b) {
+    return TwoDoubles(_mm_add_pd(a.both, b.both));
+}
+inline TwoDoubles operator*(TwoDoubles a, TwoDoubles b) {
+    return TwoDoubles(_mm_mul_pd(a.both, b.both));
+}
+inline TwoDoubles magnitude(TwoDoubles a) {
+    return TwoDoubles(_mm_andnot_pd(_mm_set1_pd(-0.0), a.both));
+}
+// The instructions give the second operand for a NaN and for equal zeros: the older value stays.
+inline TwoDoubles lowered(TwoDoubles least, TwoDoubles value) {
+    return TwoDoubles(_mm_min_pd(value.both, least.both));
+}
+inline TwoDoubles raised(TwoDoubles most, TwoDoubles value) {
+    return TwoDoubles(_mm_max_pd(value.both, most.both));
+}
+inline TwoDoubles firsts(TwoDoubles a, TwoDoubles b) {
+    return TwoDoubles(_mm_unpacklo_pd(a.both, b.both));
+}
+inline TwoDoubles seconds(TwoDoubles a, TwoDoubles b) {
+    return TwoDoubles(_mm_unpackhi_pd(a.both, b.both));
+}
+
+#else
+
+struct TwoDoubles {
+    double one = 0.0;
+    double two = 0.0;
+
+    TwoDoubles() = default;
+    TwoDoubles(double first, double second) : one(first), two(second) {}
+
+    static TwoDoubles load(const double* source) { return {source[0], source[1]}; }
+    double first() const { return one; }
+    double second() const { return two; }
+};
+
+inline TwoDoubles operator+(TwoDoubles a, TwoDoubles b) {
+    return {a.one + b.one, a.two + b.two};
+}
+inline TwoDoubles operator*(TwoDoubles a, TwoDoubles b) {
+    return {a.one * b.one, a.two * b.two};
+}
+inline TwoDoubles magnitude(TwoDoubles a) {
+    return {std::fabs(a.one), std::fabs(a.two)};
+}
+inline TwoDoubles lowered(TwoDoubles least, TwoDoubles value) {
+    return {value.one < least.one ? value.one : least.one,
+            value.two < least.two ? value.two : least.two};
+}
+inline TwoDoubles raised(TwoDoubles most, TwoDoubles value) {
+    return {value.one > most.one ? value.one : most.one,
+            value.two > most.two ? value.two : most.two};
+}
+inline TwoDoubles firsts(TwoDoubles a, TwoDoubles b) {
+    return {a.one, b.one};
+}
+inline TwoDoubles seconds(TwoDoubles a, TwoDoubles b) {
+    return {a.two, b.two};
+}
+
+#endif
+
+}  // namespace cxc

@@ -1,0 +1,1 @@
+#include "siblings/matrix/CMMatrix2Dzq.h"
