@@ -4,6 +4,7 @@
 #include "cxcdata/grid.h"
 #include "cxcdata/index_math.h"
 #include "cxcdata/passes.h"
+#include "cxcdata/two_doubles.h"
 
 #include <algorithm>
 #include <cmath>
@@ -52,15 +53,21 @@ double meanSquare(const CSnsCohData& dataset) {
     return sum / static_cast<double>(dataset.m_snsRowTotal);
 }
 
+void divide(double* values, __int64 n, double divisor) {
+    const cxc::TwoDoubles divisors(divisor, divisor);
+    __int64 t = 0;
+    for (; t + 2 <= n; t += 2)
+        (cxc::TwoDoubles::load(values + t) / divisors).store(values + t);
+    if (t < n) values[t] /= divisor;
+}
+
 void divideAll(const CSnsCohData& dataset, double divisor) {
     const __int64 rows = rowsThere(dataset);
     const __int64 cols = colsThere(dataset);
     for (__int64 r = 0; r < rows; ++r) {
         for (__int64 c = 0; c < cols; ++c) {
-            const __int64 end = slicesOf(dataset, r, c).end;
-            double* const data = cxc::grid::values(dataset.m_mCC, r, c).data;
-            for (__int64 t = 0; t < end; ++t)
-                data[t] /= divisor;
+            const cxc::grid::Values values = cxc::grid::values(dataset.m_mCC, r, c);
+            divide(values.data, std::min(values.size, dataset.m_cohTimTotal), divisor);
         }
     }
 }

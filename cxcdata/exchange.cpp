@@ -1,6 +1,7 @@
 #include "cxcdata/exchange.h"
 
 #include "cxcdata/grid.h"
+#include "cxcdata/two_doubles.h"
 #include "siblings/matrix/CMMatrix2Dzq.h"
 
 #include <algorithm>
@@ -29,14 +30,28 @@ struct Tile {
     }
 };
 
+// A square is two slices of two vectors, which is two rows of two elements.
+void transposeSquare(const double* from0, const double* from1, double* to0, double* to1) {
+    const TwoDoubles a = TwoDoubles::load(from0);
+    const TwoDoubles b = TwoDoubles::load(from1);
+    firsts(a, b).store(to0);
+    seconds(a, b).store(to1);
+}
+
 struct ToMatrix {
-    static void move(double& value, double& element) { element = value; }
+    static void square(double* vector0, double* vector1, double* line0, double* line1) {
+        transposeSquare(vector0, vector1, line0, line1);
+    }
+    static void move(const double& value, double& element) { element = value; }
     static void absent(double& element) { element = 0.0; }
 };
 
 struct ToGrid {
-    static void move(double& value, double& element) { value = element; }
-    static void absent(double&) {}
+    static void square(double* vector0, double* vector1, double* line0, double* line1) {
+        transposeSquare(line0, line1, vector0, vector1);
+    }
+    static void move(double& value, const double& element) { value = element; }
+    static void absent(const double&) {}
 };
 
 template <class Direction>
@@ -44,10 +59,16 @@ void copyWhole(const Tile& tile, const grid::Values (&vectors)[tileColumns], __i
     double* data[tileColumns];
     for (__int64 j = 0; j < tileColumns; ++j)
         data[j] = vectors[j].data + tile.begin;
-    for (__int64 k = 0; k < tile.count; ++k) {
-        double* const element = tile.line[k] + c;
+    __int64 k = 0;
+    for (; k + 2 <= tile.count; k += 2) {
+        double* const line0 = tile.line[k] + c;
+        double* const line1 = tile.line[k + 1] + c;
+        for (__int64 j = 0; j < tileColumns; j += 2)
+            Direction::square(data[j] + k, data[j + 1] + k, line0 + j, line1 + j);
+    }
+    if (k < tile.count) {
         for (__int64 j = 0; j < tileColumns; ++j)
-            Direction::move(data[j][k], element[j]);
+            Direction::move(data[j][k], tile.line[k][c + j]);
     }
 }
 

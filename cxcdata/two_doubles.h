@@ -20,6 +20,7 @@ struct TwoDoubles {
     TwoDoubles(double first, double second) : both(_mm_set_pd(second, first)) {}
 
     static TwoDoubles load(const double* source) { return TwoDoubles(_mm_loadu_pd(source)); }
+    void store(double* target) const { _mm_storeu_pd(target, both); }
     double first() const { return _mm_cvtsd_f64(both); }
     double second() const { return _mm_cvtsd_f64(_mm_unpackhi_pd(both, both)); }
 };
@@ -29,6 +30,9 @@ inline TwoDoubles operator+(TwoDoubles a, TwoDoubles b) {
 }
 inline TwoDoubles operator*(TwoDoubles a, TwoDoubles b) {
     return TwoDoubles(_mm_mul_pd(a.both, b.both));
+}
+inline TwoDoubles operator/(TwoDoubles a, TwoDoubles b) {
+    return TwoDoubles(_mm_div_pd(a.both, b.both));
 }
 inline TwoDoubles magnitude(TwoDoubles a) {
     return TwoDoubles(_mm_andnot_pd(_mm_set1_pd(-0.0), a.both));
@@ -57,6 +61,10 @@ struct TwoDoubles {
     TwoDoubles(double first, double second) : one(first), two(second) {}
 
     static TwoDoubles load(const double* source) { return {source[0], source[1]}; }
+    void store(double* target) const {
+        target[0] = one;
+        target[1] = two;
+    }
     double first() const { return one; }
     double second() const { return two; }
 };
@@ -66,6 +74,9 @@ inline TwoDoubles operator+(TwoDoubles a, TwoDoubles b) {
 }
 inline TwoDoubles operator*(TwoDoubles a, TwoDoubles b) {
     return {a.one * b.one, a.two * b.two};
+}
+inline TwoDoubles operator/(TwoDoubles a, TwoDoubles b) {
+    return {a.one / b.one, a.two / b.two};
 }
 inline TwoDoubles magnitude(TwoDoubles a) {
     return {std::fabs(a.one), std::fabs(a.two)};

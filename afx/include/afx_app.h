@@ -4,7 +4,8 @@
 //  1. CWinThread is not a class of its own; its members stand in CWinApp, and there is one
 //     user-interface thread.
 //  2. There is no WinMain here: the program's main calls AfxWinInit, InitInstance and Run.
-//  3. A second application object replaces the first instead of asserting.
+//  3. A second application object takes the place of the first for its lifetime instead of
+//     asserting.
 //  4. Headless: Run has no messages to wait for and returns ExitInstance(). The two virtual
 //     operations at the end of the class are the program's policy for dialogs, the default
 //     DoMessageBox writes to standard error, and there are no resources.
@@ -70,12 +71,11 @@ public:
 
 protected:
     int m_nWaitCursorCount = 0;  // begun and not yet ended, never negative
-#ifdef _WIN32
-    HCURSOR m_hcurWaitCursorRestore = nullptr;  // shown when the count returns to 0
-#endif
+    int m_nExitCode = 0;         // of the message loop
 
 private:
     CString m_appName;
+    CWinApp* m_previous;  // application before this one; null as a rule
 };
 
 // The application object; null before it exists.

@@ -94,7 +94,7 @@ public:
 
     /// The cause that stands for an error number of the operating system.
     static int PASCAL OsErrorToException(LONG osError);
-    static void PASCAL ThrowOsError(LONG osError, LPCTSTR fileName = nullptr);
+    [[noreturn]] static void PASCAL ThrowOsError(LONG osError, LPCTSTR fileName = nullptr);
     BOOL GetErrorMessage(LPTSTR text, UINT capacity, PUINT helpContext = nullptr) const override;
 
     int m_cause;

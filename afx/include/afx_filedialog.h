@@ -3,8 +3,8 @@
 // Differences from MFC:
 //  1. One file per dialog; no customisation, hooks or templates.
 //  2. Newer style: when the shell's dialog is not to be had, the older one appears.
-//  3. No extension is ever appended without a default extension; where the system's own dialog
-//     takes one from the filter, that is undone.
+//  3. Without a default extension none is appended, also where the system's own dialog would take
+//     one from the filter.
 //  4. Headless: the application's AnswerFileDialog decides. A file that must exist and does not
 //     is a cancel, because nobody can be asked again. m_bOpenFileDialog is public, for the policy.
 #pragma once
