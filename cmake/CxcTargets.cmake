@@ -41,5 +41,7 @@ endfunction()
 function(cxc_library_target target exports)
   target_compile_definitions(${target} PRIVATE ${exports})
   cxc_warnings(${target})
-  set_target_properties(${target} PROPERTIES PREFIX "$<$<NOT:$<PLATFORM_ID:Windows>>:lib>")
+  if(WIN32)
+    set_target_properties(${target} PROPERTIES PREFIX "")  # cxc.dll, as Windows names it
+  endif()
 endfunction()
