@@ -19,7 +19,7 @@ using AllocationHook = bool (*)(std::size_t bytes);
 CXC_API void setAllocationHook(AllocationHook hook);
 
 /// True when the hook wants an allocation of `bytes` to fail.
-bool allocationRefused(std::size_t bytes);
+CXC_API bool allocationRefused(std::size_t bytes);
 
 /// Physical memory of the machine in bytes; "no limit known" is the largest double.
 double physicalMemory();

@@ -7,13 +7,22 @@
 #include <exception>
 #include <vector>
 
+namespace {
+
+// Fewer calls of the operating system than with the customary 4096 bytes.
+constexpr UINT leastBuffer = 1 << 16;
+
+}  // namespace
+
 CArchive::CArchive(CFile* file, UINT mode, int bufferSize, void* buffer)
     : m_strFileName(file->GetFilePath()),
       m_file(file),
       m_mode(mode),
-      m_capacity(static_cast<UINT>(std::max(bufferSize, 128))),
+      m_capacity(buffer == nullptr
+                     ? std::max(leastBuffer, static_cast<UINT>(std::max(bufferSize, 0)))
+                     : static_cast<UINT>(bufferSize)),
       m_buffer(static_cast<BYTE*>(buffer)),
-      m_ownsBuffer(buffer == nullptr || bufferSize < 128),
+      m_ownsBuffer(buffer == nullptr),
       m_exceptionsAtStart(std::uncaught_exceptions()) {
     if (m_ownsBuffer) m_buffer = new BYTE[m_capacity];
     m_at = m_buffer;

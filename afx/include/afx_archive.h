@@ -5,6 +5,7 @@
 //  2. bNoFlushOnDelete is the only extra mode bit.
 //  3. The destructor of an archive that is still attached flushes, but only when no exception is
 //     under way; then it gives up what was not yet written.
+//  4. A buffer of the archive's own is larger than asked for.
 #pragma once
 
 #include "afx_file.h"
