@@ -117,7 +117,10 @@ CString::~CString() {
 void CString::drop() noexcept {
     if (m_text == emptyText()) return;
     Header* header = headerOf(m_text);
-    if (header->owners.fetch_sub(1, std::memory_order_acq_rel) == 1) std::free(header);
+    // A sole owner needs no locked instruction, which would wait for all stores before it.
+    if (header->owners.load(std::memory_order_acquire) == 1 ||
+        header->owners.fetch_sub(1, std::memory_order_acq_rel) == 1)
+        std::free(header);
     m_text = emptyText();
 }
 
