@@ -6,6 +6,8 @@
 #include <gtest/gtest.h>
 
 #include <limits>
+#include <string>
+#include <vector>
 
 namespace {
 
@@ -27,32 +29,31 @@ TEST(CSnsCohData00Time, NewMatrixIsSquareAndZero) {
 }
 
 TEST(CSnsCohData00Time, MatrixOfNoRowsIsNullWithoutAMessage) {
-    TestApp app;
+    test::TestApp app;
     EXPECT_EQ(CSnsCohData00Time::s_newCohData(0), nullptr);
     EXPECT_EQ(CSnsCohData00Time::s_newCohData(-3), nullptr);
-    EXPECT_EQ(messageCount(app), 0u);
+    EXPECT_TRUE(app.messages().empty());
 }
 
 TEST(CSnsCohData00Time, FailedTableIsSilent) {
-    TestApp app;
+    test::TestApp app;
     const FailingMemory memory(1);
     EXPECT_EQ(CSnsCohData00Time::s_newCohData(3), nullptr);
-    EXPECT_EQ(messageCount(app), 0u);
+    EXPECT_TRUE(app.messages().empty());
 }
 
 TEST(CSnsCohData00Time, EveryFailedRowShowsAMessage) {
     for (int n = 2; n <= 4; ++n) {
-        TestApp app;
+        test::TestApp app;
         const FailingMemory memory(n);
         EXPECT_EQ(CSnsCohData00Time::s_newCohData(3), nullptr);
-        EXPECT_EQ(messageCount(app), 1u);
-        EXPECT_EQ(lastMessage(app), "Is memory enough?!");
-        EXPECT_EQ(lastMessageType(app), static_cast<UINT>(MB_OK));
+        EXPECT_EQ(app.messages(), std::vector<std::string>{"Is memory enough?!"});
+        EXPECT_EQ(app.messageTypes(), std::vector<UINT>{MB_OK});
     }
 }
 
 TEST(CSnsCohData00Time, LargestMatrixIsRefusedBeforeItsRowsAreTaken) {
-    TestApp app;
+    test::TestApp app;
     const FailingMemory memory(0);
     EXPECT_EQ(CSnsCohData00Time::s_newCohData(std::numeric_limits<int>::max()), nullptr);
     EXPECT_LE(memory.count(), 1);  // the table at most

@@ -112,23 +112,23 @@ TEST(CSnsCohData02Prcs, NormalisingTwiceDividesTwice) {
 }
 
 TEST(CSnsCohData02Prcs, AllZeroDatasetIsNotNormalised) {
-    TestApp app;
+    test::TestApp app;
     CSnsCohDatazq d;
     d.checkInitSnsCohData(2, 3, 5, true);
     EXPECT_EQ(d.normRMS(), 0);
-    EXPECT_EQ(messageCount(app), 1u);
-    EXPECT_EQ(lastMessage(app), "RMS value in leadfields is smaller than zero!?");
-    EXPECT_EQ(lastMessageType(app), static_cast<UINT>(MB_OK));
+    EXPECT_EQ(app.messages(),
+              std::vector<std::string>{"RMS value in leadfields is smaller than zero!?"});
+    EXPECT_EQ(app.messageTypes(), std::vector<UINT>{MB_OK});
     EXPECT_EQ(d.m_rmsNormalized, 0);
     EXPECT_EQ(d.m_rmsValue, 0.0);
 }
 
 TEST(CSnsCohData02Prcs, DatasetWithANaNIsNotNormalised) {
-    TestApp app;
+    test::TestApp app;
     CSnsCohDatazq d;
     test::fillSlice(d, 1, 2, {3, nan});
     EXPECT_EQ(d.normRMS(), 0);
-    EXPECT_EQ(messageCount(app), 1u);
+    EXPECT_EQ(app.messages().size(), 1u);
     EXPECT_EQ(d.getValue(0, 0, 0), 3.0);
 }
 
@@ -144,23 +144,20 @@ TEST(CSnsCohData02Prcs, AbsentValuesAddNothingToTheRootMeanSquare) {
 }
 
 TEST(CSnsCohData02Prcs, ProcessingNeedsAGridAndCounts) {
-    TestApp app;
+    test::TestApp app;
     CSnsCohDatazq d;
     d.setChnlRowCol(2, 2);
     d.m_cohTimTotal = 1;
     EXPECT_EQ(d.normRMS() + d.checkDataRange() + d.zeroDiagonal(), 0);
     for (int which = 0; which < 3; ++which) {
         fill(d, 2, 2, 1);
-        if (which == 0)
-            d.m_cohTimTotal = 0;
-        if (which == 1)
-            d.m_snsRowTotal = 0;
-        if (which == 2)
-            d.m_snsColTotal = least;
+        if (which == 0) d.m_cohTimTotal = 0;
+        if (which == 1) d.m_snsRowTotal = 0;
+        if (which == 2) d.m_snsColTotal = least;
         EXPECT_EQ(d.normRMS() + d.checkDataRange() + d.zeroDiagonal(), 0) << which;
         EXPECT_EQ(cell(d, 0, 1, 1), cellValue(0, 1, 1));
     }
-    EXPECT_EQ(messageCount(app), 0u);
+    EXPECT_TRUE(app.messages().empty());
     EXPECT_EQ(test::ascii(d.m_cxcCmptInfo), "CxC ComputeInfo");
 }
 
@@ -229,7 +226,7 @@ TEST(CSnsCohData02Prcs, StatisticsAreOneLine) {
 TEST(CSnsCohData02Prcs, StatisticsAverageOverSlicesThenColumnsThenRows) {
     CSnsCohDatazq d;
     d.checkInitSnsCohData(1, 2, 2, true);
-    test::setPair(d, 0, 0, {-3, 1});      // mean -1, absolute 2, squared RMS 5
+    test::setPair(d, 0, 0, {-3, 1});        // mean -1, absolute 2, squared RMS 5
     test::setPair(d, 0, 1, {2, 2, 2, -2});  // mean 1, absolute 2, squared RMS 4
     // RmsSum: sqrt(sqrt((5 + 4) / 2)) = 1.456475
     EXPECT_EQ(test::ascii(d.getStatistics()),
@@ -331,7 +328,7 @@ TEST(CSnsCohData02Prcs, DiagonalStaysWhereTheNoteCannotBeWritten) {
 }
 
 TEST(CSnsCohData02Prcs, NoProcessingLeavesTheRealGrid) {
-    TestApp app;
+    test::TestApp app;
     for (const test::HostileDataset& hostile : test::hostileDatasets()) {
         SCOPED_TRACE(hostile.name);
         CSnsCohDatazq d;

@@ -225,6 +225,65 @@ TEST(CSnsCohData08Show, NoDisplayOperationLeavesTheRealGrid) {
     }
 }
 
+// Colours
+
+struct ColorCommand {
+    const char* name;
+    int (CSnsCohData08Show::*ask)();
+    COLORREF CSnsCohData::*color;
+};
+
+const ColorCommand colorCommands[] = {
+    {"active", &CSnsCohData08Show::setActiveColor, &CSnsCohData::m_activeColor},
+    {"suppressive", &CSnsCohData08Show::setSuppressiveColor, &CSnsCohData::m_suppressiveColor},
+    {"basic", &CSnsCohData08Show::setBasicColor, &CSnsCohData::m_basicColor},
+};
+
+TEST(CSnsCohData08Show, ChosenColorReplacesItsOwnFieldOnly) {
+    for (const ColorCommand& command : colorCommands) {
+        SCOPED_TRACE(command.name);
+        test::TestApp app;
+        app.colorScript().choose(RGB(10, 20, 30));
+        CSnsCohDatazq d;
+        const CSnsCohDatazq before;
+        EXPECT_EQ((d.*command.ask)(), 1);
+        EXPECT_EQ(d.*command.color, RGB(10, 20, 30));
+        for (const ColorCommand& other : colorCommands) {
+            if (other.color != command.color) {
+                EXPECT_EQ(d.*other.color, before.*other.color);
+            }
+        }
+    }
+}
+
+TEST(CSnsCohData08Show, ColorDialogStartsAtThePresentColorAndFullyOpen) {
+    for (const ColorCommand& command : colorCommands) {
+        SCOPED_TRACE(command.name);
+        test::TestApp app;
+        app.colorScript().acceptInitial();
+        CSnsCohDatazq d;
+        d.*command.color = RGB(40, 90, 160);
+        EXPECT_EQ((d.*command.ask)(), 1);
+        ASSERT_EQ(app.colorScript().shown(), 1);
+        EXPECT_EQ(app.colorScript().last().initial, RGB(40, 90, 160));
+        EXPECT_TRUE(app.colorScript().last().fullOpen);
+        EXPECT_EQ(d.*command.color, RGB(40, 90, 160));
+    }
+}
+
+TEST(CSnsCohData08Show, CancelledColorDialogChangesNothing) {
+    for (const ColorCommand& command : colorCommands) {
+        SCOPED_TRACE(command.name);
+        test::TestApp app;
+        app.colorScript().cancel();
+        CSnsCohDatazq d;
+        d.*command.color = 0x445566;
+        EXPECT_EQ((d.*command.ask)(), 1);
+        EXPECT_EQ(app.colorScript().shown(), 1);
+        EXPECT_EQ(d.*command.color, 0x445566u);
+    }
+}
+
 // The operations walk several vectors side by side; the results are those of one straight loop.
 TEST(CSnsCohData08Show, RangesAndStatisticsEqualAStraightLoopBitForBit) {
     unsigned long long state = 42;
@@ -266,19 +325,15 @@ TEST(CSnsCohData08Show, RangesAndStatisticsEqualAStraightLoopBitForBit) {
             for (std::size_t t = 0; t < values.size() && t < 13; ++t) {
                 sum += values[t];
                 squares += values[t] * values[t];
-                if (least > values[t])
-                    least = values[t];
-                if (values[t] > greatest)
-                    greatest = values[t];
+                if (least > values[t]) least = values[t];
+                if (values[t] > greatest) greatest = values[t];
             }
         }
         rangeMean += sum / (11.0 * 13.0);
         meanSquare += squares / (11.0 * 13.0);
         pairMean += means / 11.0;
     }
-    const auto same = [](double a, double b) {
-        return a == b || (std::isnan(a) && std::isnan(b));
-    };
+    const auto same = [](double a, double b) { return a == b || (std::isnan(a) && std::isnan(b)); };
     EXPECT_EQ(d.checkDataRange(), 1);
     EXPECT_EQ(d.m_dataMin, least);
     EXPECT_EQ(d.m_dataMax, greatest);

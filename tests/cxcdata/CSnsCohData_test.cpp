@@ -41,10 +41,10 @@ void fillMatrix(CMMatrix2Dzq& matrix, __int64 rows, __int64 cols, __int64 t) {
 
 TEST(CSnsCohData, ConstructionSetsEveryField) {
     const CSnsCohDatazq d;
-    for (const int value : {d.m_headerInt0, d.m_headerInt1, d.m_headerInt2, d.m_headerInt3,
-                            d.m_chnlTypeID, d.m_headerInt5, d.m_headerInt6, d.m_headerInt7,
-                            d.m_headerInt8, d.m_headerInt9, d.m_headerInt10, d.m_headerInt11,
-                            d.m_rmsNormalized, d.m_headerInt13})
+    for (const int value :
+         {d.m_headerInt0, d.m_headerInt1, d.m_headerInt2, d.m_headerInt3, d.m_chnlTypeID,
+          d.m_headerInt5, d.m_headerInt6, d.m_headerInt7, d.m_headerInt8, d.m_headerInt9,
+          d.m_headerInt10, d.m_headerInt11, d.m_rmsNormalized, d.m_headerInt13})
         EXPECT_EQ(value, 0);
     EXPECT_EQ(d.m_headerInt12, 1);
     for (const double value :
@@ -54,10 +54,9 @@ TEST(CSnsCohData, ConstructionSetsEveryField) {
     EXPECT_EQ(d.m_headerReal0, 0.1);
     EXPECT_EQ(d.m_headerReal1, 1.0);
     EXPECT_EQ(d.m_showRangeMax, 1.0);
-    for (const __int64 value :
-         {d.m_headerLong0, d.m_headerLong1, d.m_headerLong2, d.m_headerLong3, d.m_headerLong4,
-          d.m_headerLong5, d.m_cohTimTotal, d.m_selectBegin, d.m_rowCrt, d.m_columnCrt,
-          d.m_snsRowTotal, d.m_snsColTotal})
+    for (const __int64 value : {d.m_headerLong0, d.m_headerLong1, d.m_headerLong2, d.m_headerLong3,
+                                d.m_headerLong4, d.m_headerLong5, d.m_cohTimTotal, d.m_selectBegin,
+                                d.m_rowCrt, d.m_columnCrt, d.m_snsRowTotal, d.m_snsColTotal})
         EXPECT_EQ(value, 0);
     EXPECT_EQ(d.m_selectEnd, 1);
     EXPECT_EQ(test::ascii(d.m_cxcName), "CxcTrial");
@@ -302,8 +301,11 @@ TEST(CSnsCohData, FailingAllocationInAKeptGridReleasesIt) {
 }
 
 TEST(CSnsCohData, GridBeyondTheMachineIsRefusedBeforeAnythingIsTaken) {
-    for (const auto& counts : std::vector<std::vector<__int64>>{
-             {1000000, 1000000, 10}, {most, 1, 1}, {1, most, 1}, {1, 1, most}, {most, most, most}}) {
+    for (const auto& counts : std::vector<std::vector<__int64>>{{1000000, 1000000, 10},
+                                                                {most, 1, 1},
+                                                                {1, most, 1},
+                                                                {1, 1, most},
+                                                                {most, most, most}}) {
         CSnsCohDatazq d;
         const FailingMemory memory(0);
         EXPECT_EQ(d.checkInitSnsCohData(counts[0], counts[1], counts[2], false), 0);
@@ -910,8 +912,7 @@ TEST(CSnsCohData, NoOperationLeavesTheRealGrid) {
         }
         CMMatrix2Dzq* mats = nullptr;
         __int64 count = 0;
-        if (d.m_snsRowTotal < 1000 && d.m_cohTimTotal < 1000)
-            d.getData2MCohTimSnsSns(mats, count);
+        if (d.m_snsRowTotal < 1000 && d.m_cohTimTotal < 1000) d.getData2MCohTimSnsSns(mats, count);
         delete[] mats;
         CMMatrix2Dzq fresh[2];
         fillMatrix(fresh[0], 3, 3, 0);
