@@ -18,9 +18,8 @@ double* newClearRow(__int64 n) {
     return row;
 }
 
-double** refuseMatrix(double** table) {
+double** refuseMatrix() {
     AfxMessageBox(_T("Is memory enough?!"), MB_OK);
-    delete[] table;
     return nullptr;
 }
 
@@ -28,14 +27,16 @@ double** refuseMatrix(double** table) {
 
 double** CSnsCohData00Time::s_newCohData(int n) {
     if (n < 1) return nullptr;
+    // A system that overcommits would grant row after row until it ends the process.
+    if (!cxc::gridFitsMemory(1, 1, static_cast<__int64>(n) * n)) return refuseMatrix();
     double** const table = cxc::newArray<double*>(n);
     if (table == nullptr) return nullptr;
-    if (!cxc::gridFitsMemory(1, 1, static_cast<__int64>(n) * n)) return refuseMatrix(table);
     for (__int64 r = 0; r < n; ++r) {
         table[r] = newClearRow(n);
         if (table[r] == nullptr) {
             releaseRows(table, r);
-            return refuseMatrix(table);
+            delete[] table;
+            return refuseMatrix();
         }
     }
     return table;

@@ -52,11 +52,12 @@ TEST(CSnsCohData00Time, EveryFailedRowShowsAMessage) {
     }
 }
 
-TEST(CSnsCohData00Time, LargestMatrixIsRefusedBeforeItsRowsAreTaken) {
+TEST(CSnsCohData00Time, MatrixBeyondTheMachineIsRefusedLikeAFailedRow) {
     test::TestApp app;
     const FailingMemory memory(0);
     EXPECT_EQ(CSnsCohData00Time::s_newCohData(std::numeric_limits<int>::max()), nullptr);
-    EXPECT_LE(memory.count(), 1);  // the table at most
+    EXPECT_EQ(memory.count(), 0);
+    EXPECT_EQ(app.messages(), std::vector<std::string>{"Is memory enough?!"});
 }
 
 TEST(CSnsCohData00Time, FreeingSkipsMissingRowsAndNull) {
