@@ -24,8 +24,7 @@ volatile double g_sink;
 
 std::unique_ptr<CSnsCohDatazq> makeDataset(__int64 n, __int64 nTim, unsigned seed) {
     auto dataset = std::make_unique<CSnsCohDatazq>();
-    if (!dataset->checkInitSnsCohData(n, n, nTim, true))
-        throw std::bad_alloc();
+    if (!dataset->checkInitSnsCohData(n, n, nTim, true)) throw std::bad_alloc();
     Values values(seed);
     for (__int64 r = 0; r < n; ++r) {
         for (__int64 c = 0; c < n; ++c) {

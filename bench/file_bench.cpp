@@ -19,11 +19,9 @@ std::atomic<bool> g_counting{false};
 std::atomic<std::size_t> g_bytes{0};
 
 void* countedNew(std::size_t bytes) {
-    if (g_counting)
-        g_bytes += bytes;
+    if (g_counting) g_bytes += bytes;
     void* memory = std::malloc(bytes == 0 ? 1 : bytes);
-    if (memory == nullptr)
-        throw std::bad_alloc();
+    if (memory == nullptr) throw std::bad_alloc();
     return memory;
 }
 
@@ -71,8 +69,7 @@ void save(CSnsCohDatazq& dataset, const CString& path, bool toDisk) {
     CArchive archive(&file, CArchive::store);
     dataset.serialize(archive);
     archive.Close();
-    if (toDisk)
-        file.Flush();
+    if (toDisk) file.Flush();
     file.Close();
 }
 
@@ -88,12 +85,10 @@ void plainWrite(const char* path, std::size_t bytes, bool toDisk) {
     const int file = ::open(path, O_CREAT | O_TRUNC | O_WRONLY, 0644);
     for (std::size_t done = 0; done < bytes;) {
         const ssize_t n = ::write(file, buffer.data(), std::min(block, bytes - done));
-        if (n < 0)
-            std::abort();
+        if (n < 0) std::abort();
         done += static_cast<std::size_t>(n);
     }
-    if (toDisk)
-        ::fsync(file);
+    if (toDisk) ::fsync(file);
     ::close(file);
 }
 
@@ -202,8 +197,9 @@ double bytesBeyondDataset(Shape shape) {
 void registerFile() {
     registerShape({306, 100});
     registerShape({64, 100});
-    figure("bytes allocated by open 306 x 306 x 100 beyond the dataset", block, "bytes",
-           [] { return bytesBeyondDataset({306, 100}); });
+    figure("bytes allocated by open 306 x 306 x 100 beyond the dataset", block, "bytes", [] {
+        return bytesBeyondDataset({306, 100});
+    });
 }
 
 }  // namespace bench

@@ -63,11 +63,9 @@ void printTable(const std::map<std::string, double>& medians) {
     for (const Row& row : rows()) {
         const auto ours = medians.find(row.name + " | ours");
         const auto limit = medians.find(row.name + " | limit");
-        if (ours == medians.end() || limit == medians.end())
-            continue;
+        if (ours == medians.end() || limit == medians.end()) continue;
         std::printf("| %s | %.3f | %s | %.3f | %.2f | %.2f |\n", row.name.c_str(), ours->second,
-                    row.limitName.c_str(), limit->second, ours->second / limit->second,
-                    row.target);
+                    row.limitName.c_str(), limit->second, ours->second / limit->second, row.target);
     }
     for (const Figure& figure : figures()) {
         std::printf("| %s | | | | %.0f %s | %.0f |\n", figure.name.c_str(), figure.measure(),
@@ -97,6 +95,7 @@ double seconds(const std::function<void()>& f) {
 
 void registerFile();
 void registerProcessing();
+void registerExport();
 
 }  // namespace bench
 
@@ -104,6 +103,7 @@ int main(int argc, char** argv) {
     benchmark::Initialize(&argc, argv);
     bench::registerFile();
     bench::registerProcessing();
+    bench::registerExport();
     bench::Medians medians;
     benchmark::RunSpecifiedBenchmarks(&medians);
     bench::printTable(medians.milliseconds);

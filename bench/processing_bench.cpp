@@ -23,8 +23,7 @@ struct Held {
     Shape shape{0, 0};
 
     void need(Shape wanted) {
-        if (shape.n == wanted.n && shape.nTim == wanted.nTim)
-            return;
+        if (shape.n == wanted.n && shape.nTim == wanted.nTim) return;
         shape = wanted;
         a = makeDataset(shape.n, shape.nTim, 1);
         b = makeDataset(shape.n, shape.nTim, 2);

@@ -178,7 +178,8 @@ Text spellSpecial(double value) {
         std::uint64_t bits;
         std::memcpy(&bits, &value, sizeof(bits));
         constexpr std::uint64_t indefinite = 0xFFF8000000000000u;
-        name = bits == indefinite ? "nan(ind)" : "nan";
+        constexpr std::uint64_t quiet = 0x0008000000000000u;
+        name = bits == indefinite ? "nan(ind)" : (bits & quiet) != 0 ? "nan" : "nan(snan)";
     }
     return Text(name, name + std::strlen(name));
 }
