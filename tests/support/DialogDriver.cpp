@@ -4,6 +4,7 @@
 
 #include "tests/support/Text.h"
 
+#include <colordlg.h>
 #include <dlgs.h>
 
 namespace test {
