@@ -5,8 +5,6 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <cmath>
 #include <limits>
 #include <string>
 #include <vector>
@@ -282,78 +280,6 @@ TEST(CSnsCohData08Show, CancelledColorDialogChangesNothing) {
         EXPECT_EQ(app.colorScript().shown(), 1);
         EXPECT_EQ(d.*command.color, 0x445566u);
     }
-}
-
-// The operations walk several vectors side by side; the results are those of one straight loop.
-TEST(CSnsCohData08Show, RangesAndStatisticsEqualAStraightLoopBitForBit) {
-    unsigned long long state = 42;
-    const auto random = [&state] {
-        state = state * 6364136223846793005ULL + 1442695040888963407ULL;
-        return static_cast<double>(static_cast<long long>(state)) / 9.3e18;
-    };
-    CSnsCohDatazq d;
-    const __int64 rows = 7;
-    const __int64 cols = 11;
-    const __int64 nTim = 13;
-    d.checkInitSnsCohData(rows, cols, nTim, true);
-    for (__int64 r = 0; r < rows; ++r) {
-        for (__int64 c = 0; c < cols; ++c) {
-            // Ragged lengths: some short, some long, some empty.
-            std::vector<double> values(static_cast<std::size_t>((5 * r + 3 * c) % 19));
-            for (double& value : values)
-                value = random() * std::pow(10.0, static_cast<double>((r + c) % 7));
-            test::setPair(d, r, c, values);
-        }
-    }
-    test::setPair(d, 3, 3, {-0.0, 0.0, std::nan(""), 1.0});
-
-    double rangeMean = 0.0;
-    double meanSquare = 0.0;
-    double pairMean = 0.0;
-    double least = d.getValue(0, 0, 0);
-    double greatest = least;
-    for (__int64 r = 0; r < rows; ++r) {
-        double sum = 0.0;
-        double squares = 0.0;
-        double means = 0.0;
-        for (__int64 c = 0; c < cols; ++c) {
-            const std::vector<double> values = test::valuesOf(d, r, c);
-            double all = values.empty() ? 0.0 : values[0];
-            for (std::size_t t = 1; t < values.size(); ++t)
-                all += values[t];
-            means += values.empty() ? 0.0 : all / static_cast<double>(values.size());
-            for (std::size_t t = 0; t < values.size() && t < 13; ++t) {
-                sum += values[t];
-                squares += values[t] * values[t];
-                if (least > values[t]) least = values[t];
-                if (values[t] > greatest) greatest = values[t];
-            }
-        }
-        rangeMean += sum / (11.0 * 13.0);
-        meanSquare += squares / (11.0 * 13.0);
-        pairMean += means / 11.0;
-    }
-    const auto same = [](double a, double b) { return a == b || (std::isnan(a) && std::isnan(b)); };
-    EXPECT_EQ(d.checkDataRange(), 1);
-    EXPECT_EQ(d.m_dataMin, least);
-    EXPECT_EQ(d.m_dataMax, greatest);
-    EXPECT_TRUE(same(d.m_dataMean, rangeMean / 7.0));
-    double min = 0.0;
-    double max = 0.0;
-    EXPECT_EQ(d.getSnsCohRange(min, max, false, 0, 0, 0), 1);
-    EXPECT_TRUE(same(d.m_dataMean, pairMean / 7.0));
-    test::setPair(d, 3, 3, {1.0});
-    EXPECT_TRUE(std::isnan(meanSquare));
-}
-
-TEST(CSnsCohData08Show, FirstZeroOfTheRangeKeepsItsSign) {
-    CSnsCohDatazq d;
-    test::fillSlice(d, 5, 1, {1.0, 0.0, -0.0, 0.0, -0.0});
-    EXPECT_EQ(d.checkDataRange(), 1);
-    EXPECT_FALSE(std::signbit(d.m_dataMin));
-    test::fillSlice(d, 5, 1, {1.0, -0.0, 0.0, 0.0, -0.0});
-    EXPECT_EQ(d.checkDataRange(), 1);
-    EXPECT_TRUE(std::signbit(d.m_dataMin));
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include "cxcdata/CSnsCohDatazq.h"
 #include "cxcdata/allocation.h"
 #include "framework.h"
+#include "siblings/matrix/CMMatrix2Dzq.h"
 
 #include <functional>
 #include <memory>
@@ -63,6 +64,15 @@ inline std::vector<double> valuesOf(CSnsCohData& data, __int64 r, __int64 c) {
 inline void claimValues(CSnsCohData& data, __int64 r, __int64 c, __int64 size) {
     pairOf(data, r, c).cleanData();
     pairOf(data, r, c).m_size = size;
+}
+
+/// Element (r, c) as in slice t of a filled dataset.
+inline void fillMatrix(CMMatrix2Dzq& matrix, __int64 rows, __int64 cols, __int64 t) {
+    matrix.checkInit(rows, cols, false);
+    for (__int64 r = 0; r < rows; ++r) {
+        for (__int64 c = 0; c < cols; ++c)
+            matrix.getDataPP()[r][c] = cellValue(t, r, c);
+    }
 }
 
 /// ASCII text of a string.

@@ -1,0 +1,315 @@
+// The exchange of CSnsCohData with matrices.
+#include "cxcdata/CSnsCohData.h"
+
+#include "siblings/matrix/CMMatrix2Dzq.h"
+#include "tests/support/DatasetFixture.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+#include <memory>
+#include <vector>
+
+namespace {
+
+using test::cell;
+using test::cellValue;
+using test::FailingMemory;
+using test::fill;
+using test::fillMatrix;
+using test::pairOf;
+
+constexpr __int64 least = std::numeric_limits<__int64>::min();
+constexpr __int64 most = std::numeric_limits<__int64>::max();
+
+TEST(CSnsCohData, DatasetBecomesOneMatrixPerSlice) {
+    CSnsCohDatazq d;
+    fill(d, 4, 4, 3);
+    CMMatrix2Dzq* made = nullptr;
+    __int64 count = 0;
+    EXPECT_EQ(d.getData2MCohTimSnsSns(made, count), 1);
+    const std::unique_ptr<CMMatrix2Dzq[]> mats(made);
+    ASSERT_EQ(count, 3);
+    for (int t = 0; t < 3; ++t) {
+        ASSERT_EQ(mats[t].getRow(), 4);
+        ASSERT_EQ(mats[t].getCol(), 4);
+        for (__int64 r = 0; r < 4; ++r) {
+            for (__int64 c = 0; c < 4; ++c)
+                EXPECT_EQ(mats[t].getDataPP()[r][c], d.getValue(t, r, c));
+        }
+    }
+}
+
+// Sizes around the tiles of the copy.
+TEST(CSnsCohData, ExchangeIsExactForEverySizeInBothDirections) {
+    for (const __int64 n : {1, 2, 7, 8, 9, 17}) {
+        for (const __int64 nTim : {1, 5, 63, 64, 65, 130}) {
+            CSnsCohDatazq d;
+            ASSERT_EQ(d.checkInitSnsCohData(n, n, nTim, true), 1);
+            double next = 0.0;
+            for (__int64 r = 0; r < n; ++r) {
+                for (__int64 c = 0; c < n; ++c) {
+                    for (__int64 t = 0; t < nTim; ++t)
+                        cell(d, t, r, c) = ++next;
+                }
+            }
+            CMMatrix2Dzq* made = nullptr;
+            __int64 count = 0;
+            ASSERT_EQ(d.getData2MCohTimSnsSns(made, count), 1);
+            const std::unique_ptr<CMMatrix2Dzq[]> mats(made);
+            CSnsCohDatazq back;
+            ASSERT_EQ(back.setData4MCohTimSnsSns(made, count), 1);
+            ASSERT_EQ(back.m_snsRowTotal, n);
+            ASSERT_EQ(back.m_cohTimTotal, nTim);
+            for (__int64 r = 0; r < n; ++r) {
+                for (__int64 c = 0; c < n; ++c) {
+                    EXPECT_EQ(test::valuesOf(back, r, c), test::valuesOf(d, r, c));
+                    EXPECT_EQ(mats[static_cast<std::size_t>(nTim - 1)].getDataPP()[r][c],
+                              cell(d, nTim - 1, r, c));
+                }
+            }
+        }
+    }
+}
+
+TEST(CSnsCohData, OfferedMatricesMustOutnumberTheSlices) {
+    CSnsCohDatazq d;
+    fill(d, 2, 2, 3);
+    CMMatrix2Dzq mats[4];
+    CMMatrix2Dzq* offered = mats;
+    __int64 count = 3;
+    EXPECT_EQ(d.getData2MCohTimSnsSns(offered, count), 0);
+    EXPECT_EQ(mats[0].getRow(), 0);
+    count = 2;
+    EXPECT_EQ(d.getData2MCohTimSnsSns(offered, count), 0);
+    count = 4;
+    EXPECT_EQ(d.getData2MCohTimSnsSns(offered, count), 1);
+    EXPECT_EQ(offered, mats);
+    EXPECT_EQ(count, 4);
+    EXPECT_EQ(mats[2].getDataPP()[1][0], cellValue(2, 1, 0));
+    EXPECT_EQ(mats[3].getRow(), 2);  // sized like the others, nothing to fill it from
+}
+
+TEST(CSnsCohData, AbsentPairsAndSlicesAreZeroInTheMatrices) {
+    CSnsCohDatazq d;
+    fill(d, 3, 2, 5);
+    pairOf(d, 0, 0).resize(2);
+    test::claimValues(d, 1, 1, 5);
+    CMMatrix2Dzq mats[6];
+    for (CMMatrix2Dzq& matrix : mats)
+        fillMatrix(matrix, 3, 3, 8);
+    CMMatrix2Dzq* offered = mats;
+    __int64 count = 6;
+    ASSERT_EQ(d.getData2MCohTimSnsSns(offered, count), 1);
+    EXPECT_EQ(mats[1].getDataPP()[0][0], 112.0);
+    EXPECT_EQ(mats[2].getDataPP()[0][0], 0.0);
+    EXPECT_EQ(mats[0].getDataPP()[1][1], 0.0);
+    EXPECT_EQ(mats[4].getDataPP()[2][1], 325.0);
+    EXPECT_EQ(mats[4].getDataPP()[2][2], 0.0);  // no such column in the grid
+}
+
+TEST(CSnsCohData, DatasetWithoutGridGivesNoMatrices) {
+    CSnsCohDatazq d;
+    d.setChnlRowCol(3, 3);
+    d.m_cohTimTotal = 2;
+    CMMatrix2Dzq* mats = nullptr;
+    __int64 count = 5;
+    EXPECT_EQ(d.getData2MCohTimSnsSns(mats, count), 0);
+    EXPECT_EQ(mats, nullptr);
+    EXPECT_EQ(count, 5);
+}
+
+TEST(CSnsCohData, SliceCountsThatNoMatricesCanMeetGiveNone) {
+    for (const __int64 nTim : {-1LL, least, 1000000000000000LL, most}) {
+        CSnsCohDatazq d;
+        fill(d, 2, 2, 3);
+        d.m_cohTimTotal = nTim;
+        CMMatrix2Dzq* mats = nullptr;
+        __int64 count = 5;
+        EXPECT_EQ(d.getData2MCohTimSnsSns(mats, count), 0);
+        EXPECT_EQ(mats, nullptr);
+        EXPECT_EQ(count, 5);
+    }
+}
+
+TEST(CSnsCohData, DatasetWithoutSlicesGivesAnEmptyArray) {
+    CSnsCohDatazq d;
+    fill(d, 2, 2, 3);
+    d.m_cohTimTotal = 0;
+    CMMatrix2Dzq* made = nullptr;
+    __int64 count = 5;
+    EXPECT_EQ(d.getData2MCohTimSnsSns(made, count), 1);
+    const std::unique_ptr<CMMatrix2Dzq[]> mats(made);
+    EXPECT_NE(made, nullptr);
+    EXPECT_EQ(count, 0);
+}
+
+TEST(CSnsCohData, MatricesMadeBeforeAFailureStayWithTheCaller) {
+    CSnsCohDatazq d;
+    fill(d, 2, 2, 3);
+    d.setChnlRowCol(0, 2);  // matrices of 0 rows have no storage
+    CMMatrix2Dzq* made = nullptr;
+    __int64 count = 0;
+    EXPECT_EQ(d.getData2MCohTimSnsSns(made, count), 0);
+    const std::unique_ptr<CMMatrix2Dzq[]> mats(made);
+    EXPECT_NE(made, nullptr);
+    EXPECT_EQ(count, 3);
+}
+
+TEST(CSnsCohData, FailingAllocationOfTheMatricesGivesNone) {
+    CSnsCohDatazq d;
+    fill(d, 2, 2, 3);
+    CMMatrix2Dzq* mats = nullptr;
+    __int64 count = 5;
+    const FailingMemory memory(1);
+    EXPECT_EQ(d.getData2MCohTimSnsSns(mats, count), 0);
+    EXPECT_EQ(mats, nullptr);
+    EXPECT_EQ(count, 5);
+}
+
+TEST(CSnsCohData, MatricesBecomeASquareDataset) {
+    CMMatrix2Dzq mats[5];
+    for (int t = 0; t < 5; ++t)
+        fillMatrix(mats[t], 6, 6, t);
+    CSnsCohDatazq d;
+    EXPECT_EQ(d.setData4MCohTimSnsSns(mats, 5), 1);
+    EXPECT_EQ(d.m_snsRowTotal, 6);
+    EXPECT_EQ(d.m_snsColTotal, 6);
+    EXPECT_EQ(d.m_cohTimTotal, 5);
+    EXPECT_EQ(d.getValue(4, 5, 2), cellValue(4, 5, 2));
+    EXPECT_EQ(d.getValue(0, 0, 5), cellValue(0, 0, 5));
+}
+
+TEST(CSnsCohData, NothingIsTakenFromNoMatrices) {
+    CMMatrix2Dzq mats[1];
+    CSnsCohDatazq d;
+    fill(d, 2, 2, 3);
+    EXPECT_EQ(d.setData4MCohTimSnsSns(nullptr, 5), 0);
+    EXPECT_EQ(d.setData4MCohTimSnsSns(mats, 0), 0);
+    EXPECT_EQ(d.setData4MCohTimSnsSns(mats, -1), 0);
+    EXPECT_EQ(d.setData4MCohTimSnsSns(mats, 1), 0);  // an empty first matrix
+    EXPECT_EQ(d.getValue(2, 1, 1), cellValue(2, 1, 1));
+}
+
+TEST(CSnsCohData, LaterMatricesMayHaveOtherSizes) {
+    CMMatrix2Dzq mats[3];
+    fillMatrix(mats[0], 2, 2, 0);
+    fillMatrix(mats[1], 3, 5, 1);
+    fillMatrix(mats[2], 1, 1, 2);
+    CSnsCohDatazq d;
+    EXPECT_EQ(d.setData4MCohTimSnsSns(mats, 3), 1);
+    EXPECT_EQ(test::valuesOf(d, 0, 0), (std::vector<double>{111, 112, 113}));
+    EXPECT_EQ(test::valuesOf(d, 1, 1), (std::vector<double>{221, 222, 0}));
+}
+
+TEST(CSnsCohData, FirstMatrixMayBeNarrowOrWide) {
+    CMMatrix2Dzq wide[1];
+    fillMatrix(wide[0], 2, 5, 0);
+    CSnsCohDatazq d;
+    EXPECT_EQ(d.setData4MCohTimSnsSns(wide, 1), 1);
+    EXPECT_EQ(d.m_snsColTotal, 2);
+    EXPECT_EQ(d.getValue(0, 1, 1), cellValue(0, 1, 1));
+    CMMatrix2Dzq narrow[1];
+    fillMatrix(narrow[0], 3, 1, 0);
+    EXPECT_EQ(d.setData4MCohTimSnsSns(narrow, 1), 1);
+    EXPECT_EQ(d.m_snsColTotal, 3);
+    EXPECT_EQ(d.getValue(0, 2, 0), cellValue(0, 2, 0));
+    EXPECT_EQ(d.getValue(0, 2, 2), 0.0);
+}
+
+TEST(CSnsCohData, SlicesBeforeAMatrixWithoutValuesAreKept) {
+    CMMatrix2Dzq mats[3];
+    fillMatrix(mats[0], 2, 2, 0);
+    fillMatrix(mats[2], 2, 2, 2);
+    CSnsCohDatazq d;
+    EXPECT_EQ(d.setData4MCohTimSnsSns(mats, 3), 0);
+    EXPECT_EQ(test::valuesOf(d, 1, 0), (std::vector<double>{211, 0, 0}));
+}
+
+TEST(CSnsCohData, EveryFailingAllocationWhileTakingMatricesLeavesNoGrid) {
+    CMMatrix2Dzq mats[3];
+    for (int t = 0; t < 3; ++t)
+        fillMatrix(mats[t], 2, 2, t);
+    for (int n = 1; n <= 1 + 2 + 4; ++n) {
+        CSnsCohDatazq d;
+        const FailingMemory memory(n, true);
+        EXPECT_EQ(d.setData4MCohTimSnsSns(mats, 3), 0) << n;
+        EXPECT_EQ(d.m_mCC, nullptr);
+    }
+    CSnsCohDatazq d;
+    const FailingMemory memory(1 + 2 + 4 + 1);
+    EXPECT_EQ(d.setData4MCohTimSnsSns(mats, 3), 1);
+}
+
+TEST(CSnsCohData, OneMatrixIsAssignedToItsSlice) {
+    CSnsCohDatazq d;
+    fill(d, 2, 2, 3);
+    CMMatrix2Dzq matrix;
+    fillMatrix(matrix, 2, 2, 6);
+    EXPECT_EQ(d.addMSnsSnsTimID(&matrix, 1), 1);
+    EXPECT_EQ(test::valuesOf(d, 0, 1), (std::vector<double>{121, 127, 123}));
+    EXPECT_EQ(test::valuesOf(d, 1, 0), (std::vector<double>{211, 217, 213}));
+}
+
+TEST(CSnsCohData, MatrixThatDoesNotFitChangesNothing) {
+    CSnsCohDatazq d;
+    CMMatrix2Dzq matrix;
+    fillMatrix(matrix, 2, 2, 6);
+    EXPECT_EQ(d.addMSnsSnsTimID(&matrix, 0), 0);  // no grid
+    fill(d, 2, 2, 3);
+    EXPECT_EQ(d.addMSnsSnsTimID(&matrix, 3), 0);
+    EXPECT_EQ(d.addMSnsSnsTimID(&matrix, -1), 0);
+    EXPECT_EQ(d.addMSnsSnsTimID(nullptr, 0), 0);
+    CMMatrix2Dzq empty;
+    EXPECT_EQ(d.addMSnsSnsTimID(&empty, 0), 0);
+    CMMatrix2Dzq other;
+    fillMatrix(other, 3, 2, 6);
+    EXPECT_EQ(d.addMSnsSnsTimID(&other, 0), 0);
+    for (__int64 t = 0; t < 3; ++t)
+        EXPECT_EQ(d.getValue(t, 1, 1), cellValue(t, 1, 1));
+}
+
+TEST(CSnsCohData, ColumnsOfAMatrixBeyondTheGridAreLeftOut) {
+    CSnsCohDatazq d;
+    fill(d, 2, 2, 3);
+    CMMatrix2Dzq wide;
+    fillMatrix(wide, 2, 7, 6);
+    EXPECT_EQ(d.addMSnsSnsTimID(&wide, 2), 1);
+    EXPECT_EQ(test::valuesOf(d, 1, 1), (std::vector<double>{221, 222, 227}));
+    CMMatrix2Dzq narrow;
+    fillMatrix(narrow, 2, 1, 7);
+    EXPECT_EQ(d.addMSnsSnsTimID(&narrow, 2), 1);
+    EXPECT_EQ(d.getValue(2, 1, 0), 218.0);
+    EXPECT_EQ(d.getValue(2, 1, 1), 227.0);
+}
+
+TEST(CSnsCohData, SliceThatVectorsDoNotHaveIsNotWritten) {
+    CSnsCohDatazq d;
+    fill(d, 2, 2, 3);
+    d.m_cohTimTotal = 100;
+    test::claimValues(d, 0, 0, 3);
+    CMMatrix2Dzq matrix;
+    fillMatrix(matrix, 2, 2, 6);
+    EXPECT_EQ(d.addMSnsSnsTimID(&matrix, 50), 1);
+    EXPECT_EQ(d.addMSnsSnsTimID(&matrix, 2), 1);
+    EXPECT_EQ(d.getValue(2, 1, 1), 227.0);
+    EXPECT_EQ(d.getValue(2, 0, 0), 0.0);
+}
+
+TEST(CSnsCohData, MatricesWithMoreRowsThanTheGridStayInside) {
+    CSnsCohDatazq d;
+    fill(d, 2, 2, 3);
+    d.setChnlRowCol(5, 5);
+    CMMatrix2Dzq matrix;
+    fillMatrix(matrix, 5, 5, 6);
+    EXPECT_EQ(d.addMSnsSnsTimID(&matrix, 1), 1);
+    EXPECT_EQ(d.getValue(1, 1, 1), 227.0);
+    CMMatrix2Dzq* made = nullptr;
+    __int64 count = 0;
+    ASSERT_EQ(d.getData2MCohTimSnsSns(made, count), 1);
+    const std::unique_ptr<CMMatrix2Dzq[]> mats(made);
+    EXPECT_EQ(mats[1].getDataPP()[1][1], 227.0);
+    EXPECT_EQ(mats[1].getDataPP()[4][4], 0.0);
+}
+
+}  // namespace
