@@ -9,7 +9,55 @@ namespace {
 // The archive counts bytes in 32 bits, so long blocks pass in steps.
 constexpr __int64 stepBytes = 1024 * 1024;
 
+void readAll(CArchive& ar, void* to, UINT bytes) {
+    if (ar.Read(to, bytes) < bytes)
+        AfxThrowArchiveException(CArchiveException::endOfFile, ar.GetFile()->GetFilePath());
+}
+
+void skip(CArchive& ar, UINT_PTR characters, int charSize) {
+    BYTE bytes[4096];
+    while (characters > 0) {
+        const UINT_PTR step = std::min<UINT_PTR>(characters, sizeof(bytes) / 2);
+        readAll(ar, bytes, static_cast<UINT>(step) * static_cast<UINT>(charSize));
+        characters -= step;
+    }
+}
+
+// Character by character: a wide comparison of bytes that were just written waits for the stores,
+// which costs more than the loop.
+template <class Character>
+bool sameText(const Character* text, LPCTSTR magic, int length) {
+    int same = 0;
+    while (same < length && text[same] == magic[same])
+        ++same;
+    return same == length;
+}
+
 }  // namespace
+
+void storeMagic(CArchive& ar, LPCTSTR magic, int length) {
+    AfxWriteStringLength(ar, static_cast<UINT_PTR>(length), TRUE);
+    ar.Write(magic, static_cast<UINT>(length) * static_cast<UINT>(sizeof(TCHAR)));
+}
+
+bool loadMagic(CArchive& ar, LPCTSTR magic, int length) {
+    int charSize = 0;
+    const UINT_PTR stored = AfxReadStringLength(ar, charSize);
+    if (stored != static_cast<UINT_PTR>(length)) {
+        skip(ar, stored, charSize);
+        return false;
+    }
+    if (charSize == sizeof(TCHAR)) {
+        TCHAR text[largestMagic];
+        const UINT bytes = static_cast<UINT>(length) * static_cast<UINT>(sizeof(TCHAR));
+        readAll(ar, text, bytes);
+        return sameText(text, magic, length);
+    }
+    BYTE text[largestMagic];
+    readAll(ar, text, static_cast<UINT>(length));
+    // The magic strings are plain ASCII, the same in every code page.
+    return sameText(text, magic, length);
+}
 
 __int64 bytesLeft(CArchive& ar) {
     try {

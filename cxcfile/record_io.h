@@ -27,17 +27,22 @@ inline void passItem(CArchive& ar, bool& value) {
     value = byte != 0;
 }
 
-/// Reads a string and tells whether it is exactly `magic`.
+/// Reads a string and tells whether it is exactly the first `length` characters of `magic`, at
+/// most largestMagic. The text of a grid's vectors is compared on the way, without a string of its
+/// own for each. Throws the end-of-file exception when the string is longer than the file.
+bool loadMagic(CArchive& ar, LPCTSTR magic, int length);
+void storeMagic(CArchive& ar, LPCTSTR magic, int length);
+constexpr int largestMagic = 32;
+
 template <int Size>
 bool loadMagic(CArchive& ar, const TCHAR (&magic)[Size]) {
-    CString text;
-    ar >> text;
-    // The comparison alone would overlook what stands behind a zero character.
-    return text.GetLength() == Size - 1 && text == magic;
+    static_assert(Size - 1 <= largestMagic, "the comparison takes place in a buffer of that size");
+    return loadMagic(ar, magic, Size - 1);
 }
 
-inline void storeMagic(CArchive& ar, LPCTSTR magic) {
-    ar << CString(magic);
+template <int Size>
+void storeMagic(CArchive& ar, const TCHAR (&magic)[Size]) {
+    storeMagic(ar, magic, Size - 1);
 }
 
 /// Bytes between the place of a loading archive and the end of its file; -1 where the file cannot
