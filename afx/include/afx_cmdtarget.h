@@ -12,17 +12,17 @@ class AFX_API CCmdTarget : public CObject {
     DECLARE_DYNAMIC(CCmdTarget)
 
 public:
-    // The application object counts: the hourglass shows until each begin has its end.
+    /// The application object counts: the hourglass shows until each begin has its end.
     void BeginWaitCursor();
     void EndWaitCursor();
-    // Shows the hourglass again when a message box or a dialog has changed the cursor.
+    /// Shows the hourglass again when a message box or a dialog has changed the cursor.
     void RestoreWaitCursor();
 
 protected:
     CCmdTarget();
 };
 
-// The hourglass for the lifetime of the object, exceptions included.
+/// The hourglass for the lifetime of the object, exceptions included.
 class AFX_API CWaitCursor {
 public:
     CWaitCursor();

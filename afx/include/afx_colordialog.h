@@ -15,11 +15,11 @@ public:
 
     INT_PTR DoModal() override;
 
-    // The chosen colour; valid after IDOK.
+    /// The chosen colour; valid after IDOK.
     COLORREF GetColor() const;
-    // The 16 custom colours of all colour dialogs of the process, white at first.
+    /// The 16 custom colours of all colour dialogs of the process, white at first.
     static COLORREF* PASCAL GetSavedCustomColors();
 
-    // Settings that DoModal uses; flags are or-ed in before it.
+    /// Settings that DoModal uses; flags are or-ed in before it.
     CHOOSECOLOR m_cc;
 };

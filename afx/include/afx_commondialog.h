@@ -11,10 +11,10 @@ class AFX_API CCommonDialog : public CWnd {
     DECLARE_DYNAMIC(CCommonDialog)
 
 public:
-    // A null parent stands for the application's main window.
+    /// A null parent stands for the application's main window.
     explicit CCommonDialog(CWnd* pParentWnd);
 
-    // Returns IDOK or IDCANCEL; an error looks like IDCANCEL.
+    /// Returns IDOK or IDCANCEL; an error looks like IDCANCEL.
     virtual INT_PTR DoModal() = 0;
 
 protected:

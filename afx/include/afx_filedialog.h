@@ -15,27 +15,27 @@ class AFX_API CFileDialog : public CCommonDialog {
     DECLARE_DYNAMIC(CFileDialog)
 
 public:
-    // bOpenFileDialog: TRUE to open, FALSE to save. lpszDefExt: appended to a name without an
-    // extension; null: nothing is appended. lpszFileName: proposed name, at most MAX_PATH - 1
-    // characters of it are used. lpszFilter: "text|pattern|text|pattern||", copied.
+    /// bOpenFileDialog: TRUE to open, FALSE to save. lpszDefExt: appended to a name without an
+    /// extension; null: nothing is appended. lpszFileName: proposed name, at most MAX_PATH - 1
+    /// characters of it are used. lpszFilter: "text|pattern|text|pattern||", copied.
     explicit CFileDialog(BOOL bOpenFileDialog, LPCTSTR lpszDefExt = nullptr,
                          LPCTSTR lpszFileName = nullptr,
                          DWORD dwFlags = OFN_HIDEREADONLY | OFN_OVERWRITEPROMPT,
                          LPCTSTR lpszFilter = nullptr, CWnd* pParentWnd = nullptr, DWORD dwSize = 0,
                          BOOL bVistaStyle = TRUE);
 
-    // Once per object.
+    /// Once per object.
     INT_PTR DoModal() override;
 
-    // After IDOK: the full path, and its last part with the extension.
+    /// After IDOK: the full path, and its last part with the extension.
     CString GetPathName() const;
     CString GetFileName() const;
 
     OPENFILENAME& GetOFN() { return m_ofn; }
     const OPENFILENAME& GetOFN() const { return m_ofn; }
 
-    // Settings that DoModal uses; the filter index is one-based and holds the chosen one
-    // afterwards.
+    /// Settings that DoModal uses; the filter index is one-based and holds the chosen one
+    /// afterwards.
     OPENFILENAME m_ofn;
 
 #ifdef _WIN32

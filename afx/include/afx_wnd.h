@@ -17,57 +17,57 @@ class AFX_API CWnd : public CCmdTarget {
 
 public:
     CWnd();
-    // Destroys an attached window; overrides of derived classes do not run any more.
+    /// Destroys an attached window; overrides of derived classes do not run any more.
     ~CWnd() override;
 
     HWND GetSafeHwnd() const { return m_hWnd; }
 
-    // The object of a handle: the permanent one, or a temporary one that lives until the program is
-    // idle. Null for a null handle.
+    /// The object of a handle: the permanent one, or a temporary one that lives until the program
+    /// is idle. Null for a null handle.
     static CWnd* PASCAL FromHandle(HWND hWnd);
-    // The object that was attached to the handle or created its window; null without one.
+    /// The object that was attached to the handle or created its window; null without one.
     static CWnd* PASCAL FromHandlePermanent(HWND hWnd);
-    // Takes over a window without a look at its messages. FALSE for a null handle.
+    /// Takes over a window without a look at its messages. FALSE for a null handle.
     BOOL Attach(HWND hWnd);
-    // Gives the window up. Returns its handle.
+    /// Gives the window up. Returns its handle.
     HWND Detach();
 
-    // Child window; WS_CHILD is part of the style.
+    /// Child window; WS_CHILD is part of the style.
     virtual BOOL Create(LPCTSTR lpszClassName, LPCTSTR lpszWindowName, DWORD dwStyle,
                         const RECT& rect, CWnd* pParentWnd, UINT nID,
                         CCreateContext* pContext = nullptr);
-    // Any window; FALSE when the system refuses. A null class name stands for a default class.
+    /// Any window; FALSE when the system refuses. A null class name stands for a default class.
     virtual BOOL CreateEx(DWORD dwExStyle, LPCTSTR lpszClassName, LPCTSTR lpszWindowName,
                           DWORD dwStyle, int x, int y, int nWidth, int nHeight, HWND hWndParent,
                           HMENU nIDorHMenu, LPVOID lpParam = nullptr);
     virtual BOOL CreateEx(DWORD dwExStyle, LPCTSTR lpszClassName, LPCTSTR lpszWindowName,
                           DWORD dwStyle, const RECT& rect, CWnd* pParentWnd, UINT nID,
                           LPVOID lpParam = nullptr);
-    // Destroys the window, its children first; the object stays. FALSE without a window.
+    /// Destroys the window, its children first; the object stays. FALSE without a window.
     virtual BOOL DestroyWindow();
 
-    // Returns whether the window was visible before.
+    /// Returns whether the window was visible before.
     BOOL ShowWindow(int nCmdShow);
     BOOL IsWindowVisible() const;
     void GetClientRect(LPRECT lpRect) const;
-    // Asks for a repaint of a part, or with null of the whole client area.
+    /// Asks for a repaint of a part, or with null of the whole client area.
     void InvalidateRect(LPCRECT lpRect, BOOL bErase = TRUE);
     void Invalidate(BOOL bErase = TRUE);
     void SetWindowText(LPCTSTR lpszString);
-    // Returns the number of characters copied, the terminator not counted.
+    /// Returns the number of characters copied, the terminator not counted.
     int GetWindowText(LPTSTR lpszStringBuf, int nMaxCount) const;
     void GetWindowText(CString& rString) const;
 
 #ifdef _WIN32
-    // Attaches and passes the window's messages through WindowProc first.
+    /// Attaches and passes the window's messages through WindowProc first.
     BOOL SubclassWindow(HWND hWnd);
-    // Ends SubclassWindow and restores the earlier procedure. Returns the handle.
+    /// Ends SubclassWindow and restores the earlier procedure. Returns the handle.
     HWND UnsubclassWindow();
-    // Called for each message of the loop, from the target window up to its outermost parent.
+    /// Called for each message of the loop, from the target window up to its outermost parent.
     virtual BOOL PreTranslateMessage(MSG* pMsg);
 
-    // All messages of the window; an exception that leaves it is given to the application's
-    // ProcessWndProcException.
+    /// All messages of the window; an exception that leaves it is given to the application's
+    /// ProcessWndProcException.
     virtual LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam);
     virtual LRESULT DefWindowProc(UINT message, WPARAM wParam, LPARAM lParam);
 #endif
@@ -76,12 +76,12 @@ public:
 
 protected:
 #ifdef _WIN32
-    // Default processing of the current message with its original parameters.
+    /// Default processing of the current message with its original parameters.
     LRESULT Default();
-    // Called before the object's procedure replaces the window's own.
+    /// Called before the object's procedure replaces the window's own.
     virtual void PreSubclassWindow();
 #endif
-    // Called last, when the window is gone and the object detached.
+    /// Called last, when the window is gone and the object detached.
     virtual void PostNcDestroy();
 
 private:
@@ -91,8 +91,8 @@ private:
 #endif
 };
 
-// Registers a window class, or finds it again. Returns its name, which lives as long as the
-// process.
+/// Registers a window class, or finds it again. Returns its name, which lives as long as the
+/// process.
 #ifdef _WIN32
 AFX_API LPCTSTR AfxRegisterWndClass(UINT nClassStyle, HCURSOR hCursor = nullptr,
                                     HBRUSH hbrBackground = nullptr, HICON hIcon = nullptr);

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <thread>
+
 namespace {
 
 using test::fromPath;
@@ -196,15 +198,17 @@ TEST(CFileDialog, FilterIsCopiedWithZerosBetweenItsParts) {
 
 #ifdef _WIN32
 
-TEST(CFileDialog, ThreadWithAnApartmentOfItsOwnGetsADialogToo) {
+TEST(CFileDialog, ThreadWithAnApartmentOfAnotherKindGetsADialogToo) {
     TestApp app;
     const TempDir folder;
-    ASSERT_EQ(::CoInitializeEx(nullptr, COINIT_MULTITHREADED), S_OK);
     app.script().choose(folder / "plain");
-    CFileDialog dialog(FALSE, nullptr, _T("x"), OFN_OVERWRITEPROMPT, filter);
-    EXPECT_EQ(dialog.DoModal(), IDOK);
-    EXPECT_EQ(toPath(dialog.GetPathName()), folder / "plain");
-    ::CoUninitialize();
+    std::thread([&] {
+        ASSERT_EQ(::CoInitializeEx(nullptr, COINIT_MULTITHREADED), S_OK);
+        CFileDialog dialog(FALSE, nullptr, _T("x"), OFN_OVERWRITEPROMPT, filter);
+        EXPECT_EQ(dialog.DoModal(), IDOK);
+        EXPECT_EQ(toPath(dialog.GetPathName()), folder / "plain");
+        ::CoUninitialize();
+    }).join();
 }
 
 #else

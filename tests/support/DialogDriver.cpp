@@ -56,15 +56,17 @@ HWND findChild(HWND parent, Test test) {
     return search.found;
 }
 
-std::vector<HWND> shownDialogs(DWORD thread) {
+std::vector<HWND> shownDialogs() {
     std::vector<HWND> dialogs;
     const auto collect = [](HWND window, LPARAM context) -> BOOL {
-        if (::IsWindowVisible(window) && classOf(window) == L"#32770")
+        DWORD process = 0;
+        ::GetWindowThreadProcessId(window, &process);
+        const bool own = process == ::GetCurrentProcessId();
+        if (own && ::IsWindowVisible(window) && classOf(window) == L"#32770")
             reinterpret_cast<std::vector<HWND>*>(context)->push_back(window);
         return TRUE;
     };
-    ::EnumThreadWindows(thread, static_cast<WNDENUMPROC>(collect),
-                        reinterpret_cast<LPARAM>(&dialogs));
+    ::EnumWindows(static_cast<WNDENUMPROC>(collect), reinterpret_cast<LPARAM>(&dialogs));
     return dialogs;
 }
 
@@ -123,8 +125,7 @@ DialogDriver& DialogDriver::instance() {
     return driver;
 }
 
-DialogDriver::DialogDriver()
-    : m_userThread(::GetCurrentThreadId()), m_stop(::CreateEvent(nullptr, TRUE, FALSE, nullptr)) {
+DialogDriver::DialogDriver() : m_stop(::CreateEvent(nullptr, TRUE, FALSE, nullptr)) {
     m_thread = std::thread([this] { run(); });
 }
 
@@ -170,7 +171,7 @@ void DialogDriver::run() {
 void DialogDriver::step() {
     const std::lock_guard<std::mutex> lock(m_mutex);
     if (m_scripts.empty()) return;
-    const std::vector<HWND> dialogs = shownDialogs(m_userThread);
+    const std::vector<HWND> dialogs = shownDialogs();
     if (m_done != nullptr && !::IsWindow(m_done)) m_done = nullptr;
     if (m_session && !::IsWindow(m_session->dialog)) m_session.reset();
     if (m_session) {

@@ -1,6 +1,6 @@
 // Works the system's real dialogs from a second thread, as the scripts say (Windows).
 //
-// The thread looks for dialogs of the test's thread at short intervals until one is there. All
+// The thread looks for dialogs of the program at short intervals until one is there. All
 // facts are recorded before the button is pressed that ends a dialog, so that they are complete
 // when DoModal returns.
 #pragma once
@@ -26,7 +26,7 @@ struct BoxFacts {
 
 class DialogDriver {
 public:
-    /// The one of the program; it works the dialogs of the thread that first asks for it.
+    /// The one of the program.
     static DialogDriver& instance();
     ~DialogDriver();
     DialogDriver(const DialogDriver&) = delete;
@@ -70,7 +70,6 @@ private:
     void doColorDialog(HWND dialog);
     void doMessageBox(HWND box);
 
-    DWORD m_userThread;
     HANDLE m_stop;
     std::mutex m_mutex;
     std::vector<Scripts> m_scripts;
