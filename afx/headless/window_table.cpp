@@ -10,7 +10,8 @@
 namespace {
 
 struct Window {
-    HWND parent = nullptr;
+    HWND parent = nullptr;  // of a child window; of any other its owner
+    bool child = false;
     bool shown = false;
     CString text;
     LONG width = 0;
@@ -44,6 +45,13 @@ std::vector<HWND> childrenOf(HWND parent) {
     return children;
 }
 
+BOOL enumerate(const std::vector<HWND>& windows, WNDENUMPROC callback, LPARAM lParam) {
+    for (const HWND window : windows) {
+        if (find(window) != nullptr && callback(window, lParam) == FALSE) return FALSE;
+    }
+    return TRUE;
+}
+
 }  // namespace
 
 HWND CreateWindowEx(DWORD, LPCTSTR, LPCTSTR lpWindowName, DWORD dwStyle, int, int, int nWidth,
@@ -52,6 +60,7 @@ HWND CreateWindowEx(DWORD, LPCTSTR, LPCTSTR lpWindowName, DWORD dwStyle, int, in
     if (hWndParent != nullptr ? find(hWndParent) == nullptr : child) return nullptr;
     Window window;
     window.parent = hWndParent;
+    window.child = child;
     window.shown = (dwStyle & WS_VISIBLE) != 0;
     window.text = lpWindowName != nullptr ? lpWindowName : _T("");
     window.width = std::max(nWidth, 0);
@@ -72,6 +81,29 @@ BOOL DestroyWindow(HWND hWnd) {
 
 BOOL IsWindow(HWND hWnd) {
     return find(hWnd) != nullptr;
+}
+
+DWORD GetCurrentThreadId() {
+    return 1;
+}
+
+BOOL EnumThreadWindows(DWORD, WNDENUMPROC lpfn, LPARAM lParam) {
+    std::vector<HWND> windows;
+    for (const auto& entry : table()) {
+        if (!entry.second.child) windows.push_back(entry.first);
+    }
+    return enumerate(windows, lpfn, lParam);
+}
+
+BOOL EnumChildWindows(HWND hWndParent, WNDENUMPROC lpEnumFunc, LPARAM lParam) {
+    std::vector<HWND> below = {hWndParent};
+    for (std::size_t i = 0; i < below.size(); ++i) {
+        for (const auto& entry : table()) {
+            if (entry.second.child && entry.second.parent == below[i]) below.push_back(entry.first);
+        }
+    }
+    below.erase(below.begin());
+    return enumerate(below, lpEnumFunc, lParam);
 }
 
 BOOL ShowWindow(HWND hWnd, int nCmdShow) {

@@ -142,6 +142,12 @@ AFX_API HWND CreateWindowEx(DWORD dwExStyle, LPCTSTR lpClassName, LPCTSTR lpWind
                             HMENU hMenu, HINSTANCE hInstance, void* lpParam);
 AFX_API BOOL DestroyWindow(HWND hWnd);
 AFX_API BOOL IsWindow(HWND hWnd);
+// The windows without a parent, and all below a parent; an owner is no parent. A callback returns
+// FALSE to end the enumeration, and may destroy windows. There is one thread.
+using WNDENUMPROC = BOOL(CALLBACK*)(HWND hWnd, LPARAM lParam);
+AFX_API DWORD GetCurrentThreadId();
+AFX_API BOOL EnumThreadWindows(DWORD dwThreadId, WNDENUMPROC lpfn, LPARAM lParam);
+AFX_API BOOL EnumChildWindows(HWND hWndParent, WNDENUMPROC lpEnumFunc, LPARAM lParam);
 AFX_API BOOL ShowWindow(HWND hWnd, int nCmdShow);
 // TRUE when the window and all its parents are shown.
 AFX_API BOOL IsWindowVisible(HWND hWnd);

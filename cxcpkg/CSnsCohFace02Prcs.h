@@ -1,0 +1,47 @@
+// What relates the classes of a package: matching selections, ranges, Active against Control.
+#pragma once
+
+#include "cxcdata/cxc_api.h"
+#include "cxcpkg/CSnsCohFace.h"
+#include "framework.h"
+
+/// Adds to the base layer: processing of the classes.
+class CXC_API CSnsCohFace02Prcs : public CSnsCohFace {
+public:
+    /// Collapses `data`, any dataset, to one slice that holds the mean over time. 0 for null, for
+    /// fewer than two slices, and where its accumulateTime1 fails.
+    int accumulateTrlCoh(CSnsCohDatazq* data);
+
+    /// Always 0.0: a package has no latency, its datasets have.
+    double getLatency4PtSecond(__int64 pt);
+
+    /// Largest slice count of the analysis as Active carries it (m_headerLong2); 1 without
+    /// Active.
+    __int64 getCohTimSlcMax() const;
+
+    /// Value range of class cls over its time selection (flag true) or all slices; `mode`
+    /// non-zero leaves the diagonal out. -1 is deliberately not resolved. 0, with both ends 0.0,
+    /// without such a dataset.
+    int getSnsCohRange(int cls, double& lo, double& hi, bool flag, int mode);
+
+    /// 1 when class cls has a grid and both indices are slices of it, in whichever order. -1 is
+    /// deliberately not resolved: as any value but 0, 1 and 2 it shows "Wrong wave selection
+    /// class!" and gives 0.
+    int checkSelect4Class(__int64 first, __int64 last, int cls);
+
+    /// Makes two selections, given by inclusive slice indices, equally wide by widening the
+    /// narrower one inside its class: one slice downwards, one upwards, and so on. Returns 1;
+    /// 0 after a message: without Active or Control, for two selections of unequal width without
+    /// extent, and where there is no room (the widened indices stay in the arguments).
+    int matchAtiveControl(__int64& actFirst, __int64& actLast, __int64& ctlFirst, __int64& ctlLast);
+
+    /// Makes Act-Ctl: each value of Active with the single value of the Control pair, by
+    /// m_actCtlOperation: 0 minus, 1 plus, 2 times, 3 divided by (0.0 where Control is 0.0).
+    /// Another code sizes Act-Ctl only, all 0.0, and counts as success. A value that is absent on
+    /// either side gives 0.0.
+    /// A Control of several slices is reduced to its mean after a question, in place, and stays
+    /// so whatever happens next. An Act-Ctl dataset that is made here keeps the default name.
+    /// Returns 1, or 0: after a message (a class missing, sizes that differ, refused question, no
+    /// memory for the dataset), or silently where the grid could not be had.
+    int doAct_Ctl_operation();
+};

@@ -1,0 +1,56 @@
+#include "cxcpkg/combine.h"
+
+#include "cxcdata/grid.h"
+
+#include <algorithm>
+
+namespace cxc {
+namespace {
+
+template <class Operation>
+void each(const double* active, double* result, __int64 n, Operation operation) {
+    for (__int64 t = 0; t < n; ++t)
+        result[t] = operation(active[t]);
+}
+
+}  // namespace
+
+void combineValues(int operation, const double* active, double control, double* result, __int64 n) {
+    switch (operation) {
+        case 0:
+            each(active, result, n, [control](double value) { return value - control; });
+            break;
+        case 1:
+            each(active, result, n, [control](double value) { return value + control; });
+            break;
+        case 2:
+            each(active, result, n, [control](double value) { return value * control; });
+            break;
+        case 3:
+            if (control == 0.0)
+                std::fill_n(result, n, 0.0);
+            else
+                each(active, result, n, [control](double value) { return value / control; });
+            break;
+        default:
+            break;
+    }
+}
+
+void combineDatasets(int operation, const CSnsCohData& active, const CSnsCohData& control,
+                     CSnsCohData& result) {
+    const __int64 rows = std::min(active.m_snsRowTotal, grid::rows(active.m_mCC));
+    const __int64 cols = std::min(active.m_snsColTotal, grid::cols(active.m_mCC));
+    for (__int64 r = 0; r < rows; ++r) {
+        for (__int64 c = 0; c < cols; ++c) {
+            const grid::Values values = grid::values(active.m_mCC, r, c);
+            const grid::Values baseline = grid::values(control.m_mCC, r, c);
+            const grid::Values made = grid::values(result.m_mCC, r, c);
+            if (baseline.size < 1) continue;
+            const __int64 n = std::min({values.size, active.m_cohTimTotal, made.size});
+            combineValues(operation, values.data, baseline.data[0], made.data, n);
+        }
+    }
+}
+
+}  // namespace cxc
