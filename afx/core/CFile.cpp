@@ -6,6 +6,12 @@
 
 IMPLEMENT_DYNAMIC(CFile, CObject)
 
+#ifdef _WIN32
+const CFile::Handle CFile::hFileNull = INVALID_HANDLE_VALUE;
+#else
+const CFile::Handle CFile::hFileNull = -1;
+#endif
+
 CFile::CFile() : m_hFile(hFileNull) {}
 
 CFile::CFile(LPCTSTR fileName, UINT openFlags) : m_hFile(hFileNull) {

@@ -31,11 +31,10 @@ public:
 
 #ifdef _WIN32
     using Handle = HANDLE;
-    static inline const HANDLE hFileNull = INVALID_HANDLE_VALUE;
 #else
     using Handle = int;
-    static constexpr int hFileNull = -1;
 #endif
+    static const Handle hFileNull;  // m_hFile of a file that is not open
 
     CFile();
     /// Opens or throws CFileException*.
