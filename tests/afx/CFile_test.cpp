@@ -131,6 +131,7 @@ TEST_F(CFileTest, WritingToAFileOpenForReadingThrows) {
         EXPECT_NE(e->m_cause, CFileException::none);
         e->Delete();
     }
+    file.Close();
     EXPECT_EQ(get("a"), "x");
 }
 

@@ -161,7 +161,7 @@ TEST_F(CWavChnlChnlData09FileRecord, AStoredRecordIsInTheFileWhenSerializeReturn
     ArchiveFile file;
     file.store([&](CArchive& ar) {
         const int result = v.serialize(ar);
-        EXPECT_EQ(file.bytes().size(), 78u + 2u * 8u);
+        EXPECT_EQ(ar.GetFile()->GetLength(), 78u + 2u * 8u);
         return result;
     });
 }
