@@ -72,7 +72,8 @@ class Slice:
     """One window's result."""
 
     values: np.ndarray  # sensors x sensors, float64, symmetric, each in [0, 1]
-    silent: np.ndarray  # per sensor: no signal in the band in this window
+    silent: np.ndarray  # per sensor: no signal in this window, its values are 0
+    partial: np.ndarray  # per sensor: signal, but not in every segment
 
 
 def make_plan(
@@ -138,11 +139,15 @@ def window_coherence(samples: np.ndarray, plan: Plan) -> Slice:
         samples: sensors x plan.window.
 
     Returns:
-        Values on and below the diagonal mirror those above exactly; the diagonal is 1. A sensor
+        Values below the diagonal mirror those above exactly; the diagonal is 1. A sensor
         without signal (constant, or with a sample that is no number) has 0 with every sensor
-        and on its diagonal. In a bin where one of a pair has no power the pair counts as 0.
+        and on its diagonal. One segment alone would make any pair fully coherent: a sensor with
+        fewer than two segments that are not constant is without signal, and a pair with fewer
+        than two such segments in common has 0. In a bin where one of a pair has no power the
+        pair counts as 0.
     """
-    spectra, silent = _spectra(samples, plan)
+    spectra, active = _spectra(samples, plan)
+    silent = active.sum(axis=1) < 2
     cross = spectra @ spectra.conj().transpose(0, 2, 1)  # bins x sensors x sensors
     power = np.einsum("fnk,fnk->fn", spectra.real, spectra.real)
     power += np.einsum("fnk,fnk->fn", spectra.imag, spectra.imag)
@@ -158,7 +163,9 @@ def window_coherence(samples: np.ndarray, plan: Plan) -> Slice:
     np.fill_diagonal(values, 1.0)
     values[silent, :] = 0.0
     values[:, silent] = 0.0
-    return Slice(values, silent)
+    shared = active.astype(np.float64)
+    values[shared @ shared.T < 2.0] = 0.0
+    return Slice(values, silent, ~silent & ~active.all(axis=1))
 
 
 def sliding_coherence(
@@ -190,24 +197,21 @@ def coherence(samples: np.ndarray, plan: Plan) -> np.ndarray:
 
 
 def _spectra(samples: np.ndarray, plan: Plan) -> tuple[np.ndarray, np.ndarray]:
-    """Bins x sensors x segments in the band, and the sensors without any deviation."""
-    silent = ~np.isfinite(samples).all(axis=1)
-    samples = np.where(silent[:, None], 0.0, samples)
+    """Bins x sensors x segments in the band; sensors x segments, True where not constant."""
+    invalid = ~np.isfinite(samples).all(axis=1)
+    samples = np.where(invalid[:, None], 0.0, samples)
     largest = np.abs(samples).max(axis=1)
     # Coherence does not depend on scale. A power of two changes no digit and keeps the products
     # of powers away from underflow, whatever the unit of the recording.
     scale = np.ldexp(1.0, np.clip(-np.frexp(largest)[1], -1000, 1000))
     samples = samples * scale[:, None]
-    samples -= samples.mean(axis=1, keepdims=True)
-    deviation = np.abs(samples).max(axis=1)
-    silent |= deviation <= _NO_SIGNAL
-    samples[silent] = 0.0
-
     parts = np.lib.stride_tricks.sliding_window_view(samples, plan.segment, axis=1)
     parts = parts[:, :: plan.hop]
-    parts = (parts - parts.mean(axis=2, keepdims=True)) * _taper(plan)
-    spectra = fft.rfft(parts, axis=2)[:, :, plan.bins]
-    return np.ascontiguousarray(spectra.transpose(2, 0, 1)), silent
+    parts = parts - parts.mean(axis=2, keepdims=True)
+    active = np.abs(parts).max(axis=2) > _NO_SIGNAL
+    spectra = fft.rfft(parts * _taper(plan), axis=2)[:, :, plan.bins]
+    spectra[~active] = 0.0
+    return np.ascontiguousarray(spectra.transpose(2, 0, 1)), active
 
 
 def _taper(plan: Plan) -> np.ndarray:
