@@ -9,3 +9,7 @@
 #include "cxcdata/CWavChnlChnlDatazq.h"
 
 #include "cxcdata/CSnsCohDatazq.h"
+
+#include "cxcpkg/CSnsCohFacezq.h"
+
+#include "cxcpkg/CGroupMeegCxcFacezq.h"

@@ -96,6 +96,7 @@ double seconds(const std::function<void()>& f) {
 void registerFile();
 void registerProcessing();
 void registerExport();
+void registerGroup();
 
 }  // namespace bench
 
@@ -104,6 +105,7 @@ int main(int argc, char** argv) {
     bench::registerFile();
     bench::registerProcessing();
     bench::registerExport();
+    bench::registerGroup();
     bench::Medians medians;
     benchmark::RunSpecifiedBenchmarks(&medians);
     bench::printTable(medians.milliseconds);
