@@ -94,8 +94,12 @@ int CSnsCohFace02Prcs::doAct_Ctl_operation() {
         m_cohActCtl = cxc::newDataset().release();
         if (m_cohActCtl == nullptr) return refused(_T("This operation requires more memory"));
     }
+    // The operation writes every value, so that clearing them first would be a pass for nothing,
+    // unless it is an unknown one or works on a slot that is also a source.
+    const bool clear = m_actCtlOperation < 0 || m_actCtlOperation > 3 ||
+                       m_cohActCtl == m_cohActive || m_cohActCtl == m_cohControl;
     if (m_cohActCtl->checkInitSnsCohData(m_cohActive->m_snsRowTotal, m_cohActive->m_snsColTotal,
-                                         m_cohActive->getSnsCohTimTotal(), true) == 0)
+                                         m_cohActive->getSnsCohTimTotal(), clear) == 0)
         return 0;
     cxc::combineDatasets(m_actCtlOperation, *m_cohActive, *m_cohControl, *m_cohActCtl);
     return 1;

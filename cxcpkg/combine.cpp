@@ -41,14 +41,16 @@ void combineDatasets(int operation, const CSnsCohData& active, const CSnsCohData
                      CSnsCohData& result) {
     const __int64 rows = std::min(active.m_snsRowTotal, grid::rows(active.m_mCC));
     const __int64 cols = std::min(active.m_snsColTotal, grid::cols(active.m_mCC));
-    for (__int64 r = 0; r < rows; ++r) {
-        for (__int64 c = 0; c < cols; ++c) {
-            const grid::Values values = grid::values(active.m_mCC, r, c);
-            const grid::Values baseline = grid::values(control.m_mCC, r, c);
+    for (__int64 r = 0; r < grid::rows(result.m_mCC); ++r) {
+        for (__int64 c = 0; c < grid::cols(result.m_mCC); ++c) {
             const grid::Values made = grid::values(result.m_mCC, r, c);
-            if (baseline.size < 1) continue;
+            const grid::Values baseline = grid::values(control.m_mCC, r, c);
+            const bool inside = r < rows && c < cols && baseline.size > 0;
+            const grid::Values values = inside ? grid::values(active.m_mCC, r, c) : grid::Values{};
             const __int64 n = std::min({values.size, active.m_cohTimTotal, made.size});
-            combineValues(operation, values.data, baseline.data[0], made.data, n);
+            if (n > 0) combineValues(operation, values.data, baseline.data[0], made.data, n);
+            if (n < made.size)
+                std::fill(made.data + std::max<__int64>(n, 0), made.data + made.size, 0.0);
         }
     }
 }

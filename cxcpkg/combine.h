@@ -12,7 +12,7 @@ namespace cxc {
 void combineValues(int operation, const double* active, double control, double* result, __int64 n);
 
 /// Combines every pair of `active` with the first value of the pair of `control` into `result`.
-/// Values that are absent on any side leave the result as it is.
+/// Every value of the result is written: 0.0 where active or control has none.
 void combineDatasets(int operation, const CSnsCohData& active, const CSnsCohData& control,
                      CSnsCohData& result);
 
