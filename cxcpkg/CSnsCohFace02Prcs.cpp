@@ -55,11 +55,11 @@ int CSnsCohFace02Prcs::checkSelect4Class(__int64 first, __int64 last, int cls) {
     return dataset == nullptr ? 0 : dataset->checkSelect(first, last);
 }
 
-int CSnsCohFace02Prcs::matchAtiveControl(__int64& actFirst, __int64& actLast, __int64& ctlFirst,
-                                         __int64& ctlLast) {
+int CSnsCohFace02Prcs::matchAtiveControl(__int64& activeFirst, __int64& activeLast,
+                                         __int64& controlFirst, __int64& controlLast) {
     if (!hasBoth(*this)) return refused(_T("There is no Active or Control data!?"));
-    cxc::Selection active = {actFirst, actLast};
-    cxc::Selection control = {ctlFirst, ctlLast};
+    cxc::Selection active = {activeFirst, activeLast};
+    cxc::Selection control = {controlFirst, controlLast};
     const cxc::Width activeWidth(active);
     const cxc::Width controlWidth(control);
     const cxc::Width none({0, 0});
@@ -70,12 +70,12 @@ int CSnsCohFace02Prcs::matchAtiveControl(__int64& actFirst, __int64& actLast, __
     bool matched = false;
     if (controlWidth < activeWidth) {
         matched = cxc::widen(control, activeWidth, m_cohControl->getSnsCohTimTotal());
-        ctlFirst = control.first;
-        ctlLast = control.last;
+        controlFirst = control.first;
+        controlLast = control.last;
     } else {
         matched = cxc::widen(active, controlWidth, m_cohActive->getSnsCohTimTotal());
-        actFirst = active.first;
-        actLast = active.last;
+        activeFirst = active.first;
+        activeLast = active.last;
     }
     return matched ? 1 : refused(_T("Can't match the active and control selections!"));
 }

@@ -33,7 +33,8 @@ public:
     /// narrower one inside its class: one slice downwards, one upwards, and so on. Returns 1;
     /// 0 after a message: without Active or Control, for two selections of unequal width without
     /// extent, and where there is no room (the widened indices stay in the arguments).
-    int matchAtiveControl(__int64& actFirst, __int64& actLast, __int64& ctlFirst, __int64& ctlLast);
+    int matchAtiveControl(__int64& activeFirst, __int64& activeLast, __int64& controlFirst,
+                          __int64& controlLast);
 
     /// Makes Act-Ctl: each value of Active with the single value of the Control pair, by
     /// m_actCtlOperation: 0 minus, 1 plus, 2 times, 3 divided by (0.0 where Control is 0.0).
