@@ -1,0 +1,9 @@
+// cxc._core: the library for Python. The modules of the package give it its Python face.
+#include "calls.h"
+#include "dataset.h"
+
+PYBIND11_MODULE(_core, m) {
+    m.doc() = "Datasets of channel-by-channel coherence.";
+    binding::registerCalls(m);
+    binding::registerDataset(m);
+}
