@@ -10,6 +10,8 @@
 
 #include "cxcdata/CSnsCohDatazq.h"
 
+#include "cxcdata/array_exchange.h"
+
 #include "cxcpkg/CSnsCohFacezq.h"
 
 #include "cxcpkg/CGroupMeegCxcFacezq.h"

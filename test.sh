@@ -17,7 +17,8 @@ run_stage() {
   mkdir -p build
   rm -rf "build/$preset/tests/results"
   echo "== $name: configure and build"
-  if ! { cmake --preset "$preset" && cmake --build --preset "$preset" -j "$jobs"; } >"$log" 2>&1; then
+  if ! { cmake --preset "$preset" && cmake --build --preset "$preset" -j "$jobs"; } \
+      >"$log" 2>&1; then
     tail -n 60 "$log"
     echo "== $name: the build failed"
     failed+=("$name build")

@@ -45,7 +45,8 @@ def main() -> None:
         ]
         for name, ours, numpys in rows:
             a, b = median(ours), median(numpys)
-            print(f"| {name} {slices} x {sensors} x {sensors} | {a:.2f} | {b:.2f} | {a / b:.2f} | 1.00 |")
+            shape = f"{slices} x {sensors} x {sensors}"
+            print(f"| {name} {shape} | {a:.2f} | {b:.2f} | {a / b:.2f} | 1.00 |")
 
 
 if __name__ == "__main__":

@@ -27,8 +27,7 @@ double physicalMemory() {
 #if defined(_WIN32)
     MEMORYSTATUSEX status = {};
     status.dwLength = sizeof(status);
-    if (GlobalMemoryStatusEx(&status))
-        return static_cast<double>(status.ullTotalPhys);
+    if (GlobalMemoryStatusEx(&status)) return static_cast<double>(status.ullTotalPhys);
 #else
     const long pages = sysconf(_SC_PHYS_PAGES);
     const long pageSize = sysconf(_SC_PAGESIZE);

@@ -31,8 +31,7 @@ bool gridFitsMemory(__int64 rows, __int64 cols, __int64 nTim);
 /// Runs `make` and turns every way in which memory can be refused into null.
 template <class Make>
 auto allocateOrNull(std::size_t bytes, Make make) -> decltype(make()) {
-    if (allocationRefused(bytes))
-        return nullptr;
+    if (allocationRefused(bytes)) return nullptr;
     try {
         return make();
     } catch (CMemoryException* e) {
@@ -47,8 +46,7 @@ auto allocateOrNull(std::size_t bytes, Make make) -> decltype(make()) {
 template <class T>
 T* newArray(__int64 n) {
     constexpr std::uint64_t most = static_cast<std::uint64_t>(PTRDIFF_MAX) / sizeof(T);
-    if (n < 0 || static_cast<std::uint64_t>(n) > most)
-        return nullptr;
+    if (n < 0 || static_cast<std::uint64_t>(n) > most) return nullptr;
     const std::size_t count = static_cast<std::size_t>(n);
     return allocateOrNull(count * sizeof(T), [count] { return new T[count]; });
 }

@@ -82,8 +82,9 @@ def check_format() -> list[str]:
     result = subprocess.run(
         ["clang-format", "--dry-run", *files], cwd=ROOT, capture_output=True, text=True
     )
-    altered = sorted({line.split(":")[0] for line in result.stderr.splitlines() if "warning" in line})
-    return [f"{pathlib.Path(name).relative_to(ROOT)}: clang-format would alter it" for name in altered]
+    warnings = [line for line in result.stderr.splitlines() if "warning" in line]
+    altered = sorted({pathlib.Path(line.split(":")[0]) for line in warnings})
+    return [f"{path.relative_to(ROOT)}: clang-format would alter it" for path in altered]
 
 
 def compile_alone(header: pathlib.Path) -> str | None:

@@ -27,13 +27,19 @@ else
       [ -s "$state/display" ] && break
       sleep 0.05
     done
-    [ -s "$state/display" ] || { echo "wine-run: no virtual screen: $(cat "$state/xvfb.log")" >&2; exit 1; }
+    if [ ! -s "$state/display" ]; then
+      echo "wine-run: no virtual screen: $(cat "$state/xvfb.log")" >&2
+      exit 1
+    fi
   fi
   DISPLAY=":$(cat "$state/display")"
   export DISPLAY
 fi
 if [ ! -f "$state/ready" ]; then
-  "$wine" wineboot --init >"$state/wineboot.log" 2>&1 9>&- || { cat "$state/wineboot.log" >&2; exit 1; }
+  if ! "$wine" wineboot --init >"$state/wineboot.log" 2>&1 9>&-; then
+    cat "$state/wineboot.log" >&2
+    exit 1
+  fi
   # The virtual screen has no window manager; waiting for one costs two seconds per window.
   "$wine" reg add 'HKCU\Software\Wine\X11 Driver' /v Managed /t REG_SZ /d N /f >/dev/null 2>&1 9>&-
   wineserver -w 9>&- || true

@@ -1,8 +1,7 @@
 #include "dataset.h"
 
 #include "calls.h"
-#include "cxcdata/allocation.h"
-#include "exchange.h"
+#include "cxcdata/array_exchange.h"
 
 #include <pybind11/numpy.h>
 #include <pybind11/stl.h>
@@ -39,12 +38,8 @@ std::unique_ptr<Dataset> fromArray(const Doubles& values) {
     auto dataset = std::make_unique<Dataset>();
     const double* const data = values.data();
     Dataset& d = *dataset;
-    const Outcome outcome = run([&d, data, rows, cols, nTim] {
-        if (d.checkInitSnsCohData(rows, cols, nTim, false) == 0) return 0;
-        fillGrid(d, data);
-        d.setSelect(0, nTim - 1);
-        return 1;
-    });
+    const Outcome outcome = run(
+        [&d, data, rows, cols, nTim] { return cxc::datasetFromArray(d, data, nTim, rows, cols); });
     if (outcome.result == 0) {
         PyErr_NoMemory();
         throw py::error_already_set();
@@ -57,7 +52,7 @@ Doubles toArray(Dataset& d) {
     Doubles values({std::max<__int64>(d.m_cohTimTotal, 0), d.m_snsRowTotal, d.m_snsColTotal});
     double* const data = values.mutable_data();
     run([&d, data] {
-        copyGrid(d, data);
+        cxc::arrayFromDataset(d, data);
         return 1;
     });
     return values;

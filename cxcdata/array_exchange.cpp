@@ -1,0 +1,152 @@
+#include "cxcdata/array_exchange.h"
+
+#include "cxcdata/allocation.h"
+#include "cxcdata/grid.h"
+#include "cxcdata/two_doubles.h"
+
+#include <algorithm>
+#include <cstddef>
+
+namespace cxc {
+namespace {
+
+// One cache line of a row of the array, and a stretch of slices that fits the cache beside it.
+constexpr __int64 tileColumns = 8;
+constexpr __int64 tileSlices = 128;
+
+// The part of the array that belongs to one row of pairs: slice t begins at first + t * stride.
+template <class Element>
+struct Row {
+    Element* first;
+    __int64 stride;  // elements from one slice to the next
+};
+
+// Two slices of two vectors are two rows of two elements.
+void transposeSquare(const double* from0, const double* from1, double* to0, double* to1) {
+    const TwoDoubles a = TwoDoubles::load(from0);
+    const TwoDoubles b = TwoDoubles::load(from1);
+    firsts(a, b).store(to0);
+    seconds(a, b).store(to1);
+}
+
+// Calls square(vector pair, column, slice) over full squares and single(column, slice) over the
+// rest of a tile of `columns` x slices begin..end-1.
+template <class Square, class Single>
+void walkTile(__int64 columns, __int64 begin, __int64 end, Square square, Single single) {
+    const __int64 pairs = columns / 2 * 2;
+    __int64 t = begin;
+    for (; t + 2 <= end; t += 2) {
+        for (__int64 k = 0; k < pairs; k += 2)
+            square(k, t);
+        if (pairs < columns) {
+            single(pairs, t);
+            single(pairs, t + 1);
+        }
+    }
+    for (; t < end; ++t) {
+        for (__int64 k = 0; k < columns; ++k)
+            single(k, t);
+    }
+}
+
+void fillVectors(Row<const double> row, CWavChnlChnlDatazq* vectors, __int64 columns,
+                 __int64 nTim) {
+    double* data[tileColumns];
+    for (__int64 k = 0; k < columns; ++k)
+        data[k] = vectors[k].m_data;
+    for (__int64 t = 0; t < nTim; t += tileSlices) {
+        walkTile(
+            columns, t, std::min(t + tileSlices, nTim),
+            [&](__int64 k, __int64 s) {
+                const double* const line = row.first + s * row.stride + k;
+                transposeSquare(line, line + row.stride, data[k] + s, data[k + 1] + s);
+            },
+            [&](__int64 k, __int64 s) { data[k][s] = row.first[s * row.stride + k]; });
+    }
+}
+
+bool makeVectors(CWavChnlChnlDatazq* vectors, __int64 columns, __int64 nTim) {
+    for (__int64 k = 0; k < columns; ++k) {
+        if (vectors[k].checkInitData(nTim, false) == nullptr) return false;
+    }
+    return true;
+}
+
+// The arrays of a few pairs are made and filled before the next ones: each is written once.
+bool fillRow(Row<const double> row, CWavChnlChnlDatazq* vectors, __int64 cols, __int64 nTim) {
+    for (__int64 c = 0; c < cols; c += tileColumns) {
+        const __int64 columns = std::min(tileColumns, cols - c);
+        if (!makeVectors(vectors + c, columns, nTim)) return false;
+        fillVectors({row.first + c, row.stride}, vectors + c, columns, nTim);
+    }
+    return true;
+}
+
+// Slices begin..end-1 of `columns` vectors into the array; all of them hold that many.
+void copyVectors(const grid::Values* vectors, Row<double> row, __int64 columns, __int64 begin,
+                 __int64 end) {
+    walkTile(
+        columns, begin, end,
+        [&](__int64 k, __int64 s) {
+            double* const line = row.first + s * row.stride + k;
+            transposeSquare(vectors[k].data + s, vectors[k + 1].data + s, line, line + row.stride);
+        },
+        [&](__int64 k, __int64 s) { row.first[s * row.stride + k] = vectors[k].data[s]; });
+}
+
+void copyShortVectors(const grid::Values* vectors, Row<double> row, __int64 columns, __int64 begin,
+                      __int64 end) {
+    for (__int64 s = begin; s < end; ++s) {
+        for (__int64 k = 0; k < columns; ++k)
+            row.first[s * row.stride + k] = s < vectors[k].size ? vectors[k].data[s] : 0.0;
+    }
+}
+
+void copyRow(const CSnsCohData& dataset, __int64 r, Row<double> row) {
+    const __int64 cols = dataset.m_snsColTotal;
+    for (__int64 t = 0; t < dataset.m_cohTimTotal; t += tileSlices) {
+        const __int64 end = std::min(t + tileSlices, dataset.m_cohTimTotal);
+        for (__int64 c = 0; c < cols; c += tileColumns) {
+            const __int64 columns = std::min(tileColumns, cols - c);
+            grid::Values vectors[tileColumns];
+            __int64 common = end;
+            for (__int64 k = 0; k < columns; ++k) {
+                vectors[k] = grid::values(dataset.m_mCC, r, c + k);
+                common = std::min(common, vectors[k].size);
+            }
+            common = std::max(common, t);
+            copyVectors(vectors, {row.first + c, row.stride}, columns, t, common);
+            copyShortVectors(vectors, {row.first + c, row.stride}, columns, common, end);
+        }
+    }
+}
+
+}  // namespace
+
+int datasetFromArray(CSnsCohData& dataset, const double* values, __int64 nTim, __int64 rows,
+                     __int64 cols) {
+    dataset.cleanSnsCohData();
+    if (values == nullptr || nTim < 1 || rows < 1 || cols < 1 || !gridFitsMemory(rows, cols, nTim))
+        return 0;
+    grid::Owner made(grid::newTable(rows, cols));
+    for (__int64 r = 0; r < rows; ++r) {
+        if (!grid::newRow(made.get(), r) || !fillRow({values + r * cols, rows * cols},
+                                                     made[static_cast<std::size_t>(r)], cols, nTim))
+            return 0;
+    }
+    dataset.m_mCC = made.release();
+    dataset.m_snsRowTotal = rows;
+    dataset.m_snsColTotal = cols;
+    dataset.m_cohTimTotal = nTim;
+    dataset.m_selectEnd = nTim - 1;
+    return 1;
+}
+
+void arrayFromDataset(const CSnsCohData& dataset, double* values) {
+    const __int64 rows = dataset.m_snsRowTotal;
+    const __int64 cols = dataset.m_snsColTotal;
+    for (__int64 r = 0; r < rows; ++r)
+        copyRow(dataset, r, {values + r * cols, rows * cols});
+}
+
+}  // namespace cxc
