@@ -1,0 +1,152 @@
+"""The command line: python -m cxc COMMAND.
+
+Exit codes: 0 done, 1 an error told in one line on standard error, 2 wrong usage, 130 interrupted.
+"""
+
+from __future__ import annotations
+
+import argparse
+import os
+import sys
+import warnings
+from typing import Iterable, Iterator, Sequence
+
+from ._core import CxcError
+from .errors import CommandError
+from .files import check_output
+
+
+def main(arguments: Sequence[str] | None = None) -> int:
+    options = _parser().parse_args(arguments)
+    try:
+        with warnings.catch_warnings():
+            warnings.showwarning = _show_warning
+            warnings.simplefilter("always", UserWarning)
+            options.run(options)
+        return 0
+    except (CommandError, CxcError) as error:
+        return _complain(str(error))
+    except OSError as error:
+        name = f"{error.filename}: " if error.filename else ""
+        return _complain(f"{name}{error.strerror or error}")
+    except MemoryError:
+        return _complain("not enough memory")
+    except KeyboardInterrupt:
+        _complain("interrupted")
+        return 130
+
+
+def _complain(message: str) -> int:
+    print("cxc: " + " ".join(message.split()), file=sys.stderr)
+    return 1
+
+
+def _show_warning(message, category, filename, lineno, file=None, line=None) -> None:
+    print(f"cxc: warning: {message}", file=sys.stderr)
+
+
+def progress(items: Iterable, total: int) -> Iterator:
+    """A bar on a terminal, silence elsewhere."""
+    if not sys.stderr.isatty():
+        return iter(items)
+    from tqdm import tqdm
+
+    return iter(tqdm(items, total=total, unit="slice", leave=False))
+
+
+def _parser() -> argparse.ArgumentParser:
+    parser = argparse.ArgumentParser(
+        prog="python -m cxc", description="Channel-by-channel coherence of MEG and EEG."
+    )
+    commands = parser.add_subparsers(metavar="COMMAND", required=True)
+
+    compute = commands.add_parser(
+        "compute", help="coherence of every sensor pair of a recording, as a .cxc file"
+    )
+    compute.add_argument("recording", help="any recording that MNE reads")
+    compute.add_argument("-o", "--output", help="default: the recording's name with .cxc, here")
+    compute.add_argument("--force", action="store_true", help="replace an existing output")
+    _add_analysis(compute)
+    compute.set_defaults(run=_compute)
+
+    info = commands.add_parser("info", help="what a .cxc file holds")
+    info.add_argument("file")
+    info.set_defaults(run=_info)
+
+    demo = commands.add_parser(
+        "demo", help="recording, coherence, dataset, file, picture: the whole way"
+    )
+    demo.add_argument("recording", nargs="?", help="default: a simulated one")
+    demo.add_argument("--out", default="out", help="folder for the results; default: out")
+    _add_analysis(demo)
+    demo.set_defaults(run=_demo)
+    return parser
+
+
+def _add_analysis(parser: argparse.ArgumentParser) -> None:
+    parser.add_argument(
+        "--band", nargs=2, type=float, default=(8.0, 13.0), metavar=("LOW", "HIGH"),
+        help="frequencies in Hz, both included; default: 8 13",
+    )  # fmt: skip
+    parser.add_argument("--window", type=float, default=4.0, help="seconds; default: 4")
+    parser.add_argument("--step", type=float, default=1.0, help="seconds; default: 1")
+    parser.add_argument("--segment", type=float, help="of Welch, in seconds; default: window / 4")
+    parser.add_argument(
+        "--overlap", type=float, default=0.5, help="of segments, 0 to below 1; default: 0.5"
+    )
+    parser.add_argument("--taper", default="hann", help="of segments; default: hann")
+    parser.add_argument(
+        "--picks", choices=("all", "eeg", "meg"), default="all", help="sensors; default: all"
+    )
+
+
+def analysis_of(options: argparse.Namespace) -> dict:
+    """The options of `compute.compute` that the command line gave."""
+    names = ("band", "window", "step", "segment", "overlap", "taper", "picks")
+    return {name: getattr(options, name) for name in names}
+
+
+def _compute(options: argparse.Namespace) -> None:
+    from .compute import compute
+
+    output = options.output
+    if output is None:
+        stem = os.path.splitext(os.path.basename(os.path.normpath(options.recording)))[0]
+        output = stem + ".cxc"
+    check_output(output, options.force)
+    result = compute(options.recording, progress=progress, **analysis_of(options))
+    dataset = result.dataset()
+    dataset.save(output, overwrite=options.force)
+    print(f"{output}: {describe(dataset)}")
+
+
+def _info(options: argparse.Namespace) -> None:
+    from .dataset import Dataset
+
+    dataset = Dataset.open(options.file)
+    low, high = dataset.band
+    begin, end = dataset.latency
+    print(f"{options.file}: {describe(dataset)}")
+    print(f"name: {dataset.name}")
+    print(f"band: {low:g} to {high:g} Hz")
+    print(f"slices per second: {dataset.sampling_rate:g}")
+    print(f"latency: {begin:g} to {end:g}")
+    print(f"sensors: {dataset.type_name}")
+    print(f"selected slices: {dataset.selection[0]} to {dataset.selection[1]}")
+    if dataset.header.has_grid():
+        figures = dataset.statistics()
+        print(f"values: {figures['min']:g} to {figures['max']:g}, mean {figures['mean']:g}")
+    print("computation:")
+    for line in dataset.note.splitlines():
+        print("  " + line)
+
+
+def _demo(options: argparse.Namespace) -> None:
+    from .demo import run_demo
+
+    run_demo(options.recording, options.out, analysis_of(options), progress)
+
+
+def describe(dataset) -> str:
+    slices, rows, columns = dataset.shape
+    return f"{slices} slices of {rows} x {columns} sensors"
