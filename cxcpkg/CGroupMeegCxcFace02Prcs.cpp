@@ -3,31 +3,15 @@
 #include "cxcpkg/across_datasets.h"
 #include "cxcpkg/dataset_owner.h"
 
-#include <initializer_list>
+#include <utility>
 
 namespace {
 
-struct Shape {
-    int datasets;
-    __int64 rows;
-    __int64 cols;
-    __int64 slices;
-};
-
-// A new dataset of the shape, all 0.0; none without memory.
-cxc::DatasetOwner newResult(const Shape& shape, LPCTSTR nameFormat) {
+// A new dataset without a grid, named after the number of datasets. None without memory.
+cxc::DatasetOwner newResult(LPCTSTR nameFormat, int datasets) {
     cxc::DatasetOwner result = cxc::newDataset();
-    if (result == nullptr || !cxc::nameDataset(*result, nameFormat, shape.datasets) ||
-        result->checkInitSnsCohData(shape.rows, shape.cols, shape.slices, true) == 0)
-        return nullptr;
-    return result;
-}
-
-// The shape of results over the whole list. Returns whether there is anything to work on.
-bool resultShape(CGroupMeegCxcFace& group, Shape& shape) {
-    shape.datasets = group.getCxcSizeMax(shape.rows, shape.cols);
-    shape.slices = group.getTimeSliceMax();
-    return shape.rows >= 1 && shape.cols >= 1;
+    const bool named = result != nullptr && cxc::nameDataset(*result, nameFormat, datasets);
+    return named ? std::move(result) : nullptr;
 }
 
 }  // namespace
@@ -56,13 +40,15 @@ double CGroupMeegCxcFace02Prcs::getLatency4PtSecond(__int64) {
 }
 
 int CGroupMeegCxcFace02Prcs::averageAll() {
-    Shape shape = {};
+    __int64 rows = 0;
+    __int64 cols = 0;
+    const int datasets = getCxcSizeMax(rows, cols);
     const CSnsCohDatazq* const reference = getTrlCohDataAny();
-    if (!resultShape(*this, shape) || reference == nullptr) return 0;
-    cxc::DatasetOwner mean = newResult(shape, _T("Average%d Result"));
-    if (mean == nullptr) return 0;
-    cxc::meanOf(m_cohDatasets, *mean);
-    cxc::copyChannels(*reference, *mean);
+    if (rows < 1 || cols < 1 || reference == nullptr) return 0;
+    cxc::DatasetOwner mean = newResult(_T("Average%d Result"), datasets);
+    if (mean == nullptr ||
+        !cxc::meanOf({m_cohDatasets, *reference, rows, cols, getTimeSliceMax()}, *mean))
+        return 0;
 
     const INT_PTR n = m_cohDatasets.GetSize();
     if (!cxc::makeRoom(m_cohDatasets, n, 1)) return 0;
@@ -71,18 +57,18 @@ int CGroupMeegCxcFace02Prcs::averageAll() {
 }
 
 int CGroupMeegCxcFace02Prcs::summaryAll() {
-    Shape shape = {};
+    __int64 rows = 0;
+    __int64 cols = 0;
+    const int datasets = getCxcSizeMax(rows, cols);
     const CSnsCohDatazq* const reference = getTrlCohDataAny();
-    if (!resultShape(*this, shape) || reference == nullptr) return 0;
-    cxc::DatasetOwner minimum = newResult(shape, _T("Cxc%d Minimum"));
-    if (minimum == nullptr) return 0;
-    cxc::DatasetOwner mean = newResult(shape, _T("Cxc%d Mean"));
-    if (mean == nullptr) return 0;
-    cxc::DatasetOwner maximum = newResult(shape, _T("Cxc%d Max"));
-    if (maximum == nullptr) return 0;
-    cxc::summaryOf(m_cohDatasets, *minimum, *mean, *maximum);
-    for (const cxc::DatasetOwner* result : {&minimum, &mean, &maximum})
-        cxc::copyChannels(*reference, **result);
+    if (rows < 1 || cols < 1 || reference == nullptr) return 0;
+    cxc::DatasetOwner minimum = newResult(_T("Cxc%d Minimum"), datasets);
+    cxc::DatasetOwner mean = newResult(_T("Cxc%d Mean"), datasets);
+    cxc::DatasetOwner maximum = newResult(_T("Cxc%d Max"), datasets);
+    if (minimum == nullptr || mean == nullptr || maximum == nullptr ||
+        !cxc::summaryOf({m_cohDatasets, *reference, rows, cols, getTimeSliceMax()}, *minimum, *mean,
+                        *maximum))
+        return 0;
 
     const INT_PTR n = m_cohDatasets.GetSize();
     if (!cxc::makeRoom(m_cohDatasets, n, 3)) return 0;

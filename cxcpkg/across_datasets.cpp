@@ -1,20 +1,35 @@
 #include "cxcpkg/across_datasets.h"
 
+#include "cxcdata/allocation.h"
 #include "cxcdata/grid.h"
 #include "cxcdata/passes.h"
 #include "cxcdata/two_doubles.h"
 #include "cxcpkg/dataset_owner.h"
 
 #include <algorithm>
+#include <array>
+#include <cstddef>
 
 namespace cxc {
 namespace {
 
-void add(double* sums, const double* values, __int64 n) {
+// Arrays of the same length from datasets that follow one another in the list. Several are taken
+// at once, each cell still in list order, so that the result is loaded and stored less often.
+template <std::size_t Arrays>
+using Several = std::array<const double*, Arrays>;
+
+template <std::size_t Arrays>
+void add(double* sums, const Several<Arrays>& arrays, __int64 n) {
     __int64 t = 0;
-    for (; t + 2 <= n; t += 2)
-        (TwoDoubles::load(sums + t) + TwoDoubles::load(values + t)).store(sums + t);
-    if (t < n) sums[t] += values[t];
+    for (; t + 2 <= n; t += 2) {
+        TwoDoubles sum = TwoDoubles::load(sums + t);
+        for (const double* const values : arrays)
+            sum = sum + TwoDoubles::load(values + t);
+        sum.store(sums + t);
+    }
+    for (const double* const values : arrays) {
+        if (t < n) sums[t] += values[t];
+    }
 }
 
 void divide(double* values, __int64 n, double divisor) {
@@ -25,105 +40,266 @@ void divide(double* values, __int64 n, double divisor) {
     if (t < n) values[t] /= divisor;
 }
 
-// The older value stays for equal ones and for a NaN on either side.
-void lower(double* least, const double* values, __int64 n) {
+// Minimum, sum and maximum in one pass. The older extreme stays for equal values and for a NaN on
+// either side.
+template <std::size_t Arrays>
+void summarise(double* least, double* sums, double* most, const Several<Arrays>& arrays,
+               __int64 n) {
     __int64 t = 0;
-    for (; t + 2 <= n; t += 2)
-        lowered(TwoDoubles::load(least + t), TwoDoubles::load(values + t)).store(least + t);
-    if (t < n) least[t] = pass::lowered(least[t], values[t]);
-}
-
-void raise(double* most, const double* values, __int64 n) {
-    __int64 t = 0;
-    for (; t + 2 <= n; t += 2)
-        raised(TwoDoubles::load(most + t), TwoDoubles::load(values + t)).store(most + t);
-    if (t < n) most[t] = pass::raised(most[t], values[t]);
-}
-
-// Calls visit(c, values, n) for the pairs of row r of a dataset that a result of that shape takes
-// values from, up to the first one without an array.
-template <class Visit>
-void eachPair(const CSnsCohDatazq& dataset, const CSnsCohDatazq& shape, __int64 r, Visit visit) {
-    const CWavChnlChnlDatazq* const row = grid::row(dataset.m_mCC, r);
-    if (row == nullptr || r >= dataset.m_snsRowTotal) return;
-    const __int64 cols =
-        std::min({dataset.m_snsColTotal, shape.m_snsColTotal, grid::cols(dataset.m_mCC)});
-    const __int64 slices = std::min(dataset.m_cohTimTotal, shape.m_cohTimTotal);
-    for (__int64 c = 0; c < cols && row[c].m_data != nullptr; ++c)
-        visit(c, row[c].m_data, std::min(slices, row[c].m_size));
-}
-
-// Row by row over all datasets, so that the row of the results stays in the cache while the
-// datasets stream past. Calls take(r, dataset, first) for each dataset and done(r, number of
-// datasets) after the last one.
-template <class Take, class Done>
-void eachRow(const CPtrArray& datasets, __int64 rows, Take take, Done done) {
-    for (__int64 r = 0; r < rows; ++r) {
-        __int64 count = 0;
-        for (INT_PTR i = 0; i < datasets.GetSize(); ++i) {
-            const CSnsCohDatazq* const dataset = datasetAt(datasets, i);
-            if (dataset == nullptr) continue;
-            take(r, *dataset, count == 0);
-            ++count;
+    for (; t + 2 <= n; t += 2) {
+        TwoDoubles low = TwoDoubles::load(least + t);
+        TwoDoubles sum = TwoDoubles::load(sums + t);
+        TwoDoubles high = TwoDoubles::load(most + t);
+        for (const double* const values : arrays) {
+            const TwoDoubles both = TwoDoubles::load(values + t);
+            low = lowered(low, both);
+            sum = sum + both;
+            high = raised(high, both);
         }
-        done(r, count);
+        low.store(least + t);
+        sum.store(sums + t);
+        high.store(most + t);
+    }
+    for (const double* const values : arrays) {
+        if (t >= n) break;
+        least[t] = pass::lowered(least[t], values[t]);
+        sums[t] += values[t];
+        most[t] = pass::raised(most[t], values[t]);
     }
 }
 
-void divideRow(CSnsCohDatazq& mean, __int64 r, __int64 count) {
-    if (count < 2) return;
-    CWavChnlChnlDatazq* const row = grid::row(mean.m_mCC, r);
-    for (__int64 c = 0; c < mean.m_snsColTotal; ++c)
-        divide(row[c].m_data, row[c].m_size, static_cast<double>(count));
-}
+// Some datasets of the list, by one row: as many as fit on the stack.
+class Members {
+public:
+    static constexpr INT_PTR most = 64;
+
+    // From entry `begin` of the list on, as far as row r of the results needs.
+    Members(const Together& from, INT_PTR begin, __int64 r) {
+        const INT_PTR end = std::min(begin + most, from.datasets.GetSize());
+        for (INT_PTR i = begin; i < end; ++i) {
+            const CSnsCohDatazq* const dataset = datasetAt(from.datasets, i);
+            if (dataset == nullptr) continue;
+            Member& member = m_members[m_count++];
+            member.row = r < dataset->m_snsRowTotal ? grid::row(dataset->m_mCC, r) : nullptr;
+            member.cols = member.row == nullptr
+                              ? 0
+                              : std::min(dataset->m_snsColTotal, grid::cols(dataset->m_mCC));
+            member.slices = std::min(dataset->m_cohTimTotal, from.slices);
+        }
+    }
+
+    int count() const { return m_count; }
+
+    // Calls take(m, c, arrays, n) for the columns [begin, end) of the members, m being the first of
+    // those that the arrays belong to. A member's first pair without an array ends its row.
+    template <class Take>
+    void visit(__int64 begin, __int64 end, Take take) {
+        int m = 0;
+        for (; m + 4 <= m_count; m += 4)
+            visitSeveral<4>(m, begin, end, take);
+        if (m + 2 <= m_count) {
+            visitSeveral<2>(m, begin, end, take);
+            m += 2;
+        }
+        if (m < m_count) visitSeveral<1>(m, begin, end, take);
+    }
+
+private:
+    struct Member {
+        const CWavChnlChnlDatazq* row;
+        __int64 cols;
+        __int64 slices;
+    };
+
+    template <std::size_t Arrays, class Take>
+    void visitSeveral(int m, __int64 begin, __int64 end, Take take) {
+        for (__int64 c = begin; c < end; ++c) {
+            Several<Arrays> arrays;
+            __int64 n = 0;
+            if (alike(m_members + m, c, arrays, n)) {
+                take(m, c, arrays, n);
+                continue;
+            }
+            for (int k = 0; k < static_cast<int>(Arrays); ++k)
+                visitOne(m + k, c, take);
+        }
+    }
+
+    // Whether all members from `member` on have an array in column c, of one length.
+    template <std::size_t Arrays>
+    static bool alike(const Member* member, __int64 c, Several<Arrays>& arrays, __int64& n) {
+        bool all = true;
+        for (std::size_t k = 0; k < Arrays; ++k) {
+            if (c >= member[k].cols) return false;
+            const CWavChnlChnlDatazq& pair = member[k].row[c];
+            const __int64 length = std::min(member[k].slices, pair.m_size);
+            if (k == 0) n = length;
+            arrays[k] = pair.m_data;
+            all = all && pair.m_data != nullptr && length == n;
+        }
+        return all;
+    }
+
+    template <class Take>
+    void visitOne(int m, __int64 c, Take take) {
+        Member& member = m_members[m];
+        if (c >= member.cols) return;
+        const CWavChnlChnlDatazq& pair = member.row[c];
+        if (pair.m_data == nullptr)
+            member.cols = 0;
+        else
+            take(m, c, Several<1>{pair.m_data}, std::min(member.slices, pair.m_size));
+    }
+
+    Member m_members[most];
+    int m_count = 0;
+};
+
+// The grids of Count results under construction, the one at MeanAt being divided at the end. They
+// are made piece by piece just before the datasets are taken into them, so that a piece is worked
+// on while it is in the cache.
+template <std::size_t Count, std::size_t MeanAt>
+class Results {
+public:
+    using Row = std::array<CWavChnlChnlDatazq*, Count>;
+
+    explicit Results(const Together& from) : m_from(from) {}
+
+    // Calls take(row, c, arrays, n, first) for the pairs of the datasets that are taken into the
+    // pairs row[...][c] of the results, for each pair in list order; `first` is set when the first
+    // array is that of the first dataset. Returns whether there was memory.
+    template <class Take>
+    bool make(Take take) {
+        if (!makeTables()) return false;
+        for (__int64 r = 0; r < m_from.rows; ++r) {
+            Row row;
+            if (!makeRow(r, row) || !fillRow(r, row, take)) return false;
+            finishRow(r, row);
+        }
+        return true;
+    }
+
+    // To datasets that are new.
+    void handOver(const std::array<CSnsCohDatazq*, Count>& datasets) {
+        for (std::size_t k = 0; k < Count; ++k) {
+            datasets[k]->m_mCC = m_grids[k].release();
+            datasets[k]->m_snsRowTotal = m_from.rows;
+            datasets[k]->m_snsColTotal = m_from.cols;
+            datasets[k]->m_cohTimTotal = m_from.slices;
+        }
+    }
+
+private:
+    bool makeTables() {
+        constexpr __int64 count = static_cast<__int64>(Count);
+        // Each alone first: the product is small then.
+        if (m_from.slices < 1 || !gridFitsMemory(m_from.rows, m_from.cols, m_from.slices) ||
+            !gridFitsMemory(count * m_from.rows, m_from.cols, m_from.slices))
+            return false;
+        for (grid::Owner& grid : m_grids) {
+            grid.reset(grid::newTable(m_from.rows, m_from.cols));
+            if (grid == nullptr) return false;
+        }
+        return true;
+    }
+
+    bool makeRow(__int64 r, Row& row) {
+        for (std::size_t k = 0; k < Count; ++k) {
+            if (!grid::newRow(m_grids[k].get(), r)) return false;
+            row[k] = grid::row(m_grids[k].get(), r);
+        }
+        return true;
+    }
+
+    bool makePairs(const Row& row, __int64 begin, __int64 end) const {
+        for (CWavChnlChnlDatazq* const pairs : row) {
+            for (__int64 c = begin; c < end; ++c) {
+                if (pairs[c].checkInitData(m_from.slices, true) == nullptr) return false;
+            }
+        }
+        return true;
+    }
+
+    // Columns of all results that stay in the fastest cache together.
+    __int64 columnsAtOnce() const {
+        constexpr __int64 cacheBytes = 24 * 1024;
+        constexpr __int64 pairBytes = static_cast<__int64>(sizeof(CWavChnlChnlDatazq));
+        constexpr __int64 valueBytes = static_cast<__int64>(sizeof(double));
+        const __int64 bytes = pairBytes + valueBytes * std::min(m_from.slices, cacheBytes);
+        return std::max<__int64>(cacheBytes / (static_cast<__int64>(Count) * bytes), 1);
+    }
+
+    template <class Take>
+    bool fillRow(__int64 r, const Row& row, Take take) const {
+        const __int64 step = columnsAtOnce();
+        bool any = false;  // a dataset came in an earlier round
+        for (INT_PTR i = 0; i < m_from.datasets.GetSize(); i += Members::most) {
+            Members members(m_from, i, r);
+            for (__int64 c = 0; c < m_from.cols; c += step) {
+                const __int64 end = std::min(c + step, m_from.cols);
+                if (i == 0 && !makePairs(row, c, end)) return false;
+                members.visit(c, end, [&](int m, __int64 at, const auto& arrays, __int64 n) {
+                    take(row, at, arrays, n, m == 0 && !any);
+                });
+            }
+            any = any || members.count() > 0;
+        }
+        return true;
+    }
+
+    void finishRow(__int64 r, const Row& row) const {
+        if (m_count >= 2) {
+            for (__int64 c = 0; c < m_from.cols; ++c)
+                divide(row[MeanAt][c].m_data, m_from.slices, static_cast<double>(m_count));
+        }
+        const CWavChnlChnlDatazq* const source = grid::row(m_from.reference.m_mCC, r);
+        if (source == nullptr) return;
+        const __int64 cols = std::min(m_from.cols, grid::cols(m_from.reference.m_mCC));
+        for (CWavChnlChnlDatazq* const target : row) {
+            for (__int64 c = 0; c < cols; ++c) {
+                target[c].m_chnlA = source[c].m_chnlA;
+                target[c].m_chnlB = source[c].m_chnlB;
+            }
+        }
+    }
+
+    static __int64 countDatasets(const CPtrArray& list) {
+        __int64 count = 0;
+        for (INT_PTR i = 0; i < list.GetSize(); ++i)
+            count += datasetAt(list, i) == nullptr ? 0 : 1;
+        return count;
+    }
+
+    const Together& m_from;
+    const __int64 m_count = countDatasets(m_from.datasets);
+    std::array<grid::Owner, Count> m_grids;
+};
 
 }  // namespace
 
-void meanOf(const CPtrArray& datasets, CSnsCohDatazq& mean) {
-    eachRow(
-        datasets, mean.m_snsRowTotal,
-        [&](__int64 r, const CSnsCohDatazq& dataset, bool) {
-            CWavChnlChnlDatazq* const sums = grid::row(mean.m_mCC, r);
-            eachPair(dataset, mean, r, [sums](__int64 c, const double* values, __int64 n) {
-                add(sums[c].m_data, values, n);
-            });
-        },
-        [&](__int64 r, __int64 count) { divideRow(mean, r, count); });
+bool meanOf(const Together& from, CSnsCohDatazq& mean) {
+    Results<1, 0> results(from);
+    const bool made = results.make([](const auto& row, __int64 c, const auto& arrays, __int64 n,
+                                      bool) { add(row[0][c].m_data, arrays, n); });
+    if (made) results.handOver({&mean});
+    return made;
 }
 
-void summaryOf(const CPtrArray& datasets, CSnsCohDatazq& minimum, CSnsCohDatazq& mean,
+bool summaryOf(const Together& from, CSnsCohDatazq& minimum, CSnsCohDatazq& mean,
                CSnsCohDatazq& maximum) {
-    eachRow(
-        datasets, mean.m_snsRowTotal,
-        [&](__int64 r, const CSnsCohDatazq& dataset, bool first) {
-            CWavChnlChnlDatazq* const least = grid::row(minimum.m_mCC, r);
-            CWavChnlChnlDatazq* const sums = grid::row(mean.m_mCC, r);
-            CWavChnlChnlDatazq* const most = grid::row(maximum.m_mCC, r);
-            eachPair(dataset, mean, r, [=](__int64 c, const double* values, __int64 n) {
-                if (first) {
-                    least[c].copy_(least[c].m_data, values, n);
-                    most[c].copy_(most[c].m_data, values, n);
-                } else {
-                    lower(least[c].m_data, values, n);
-                    raise(most[c].m_data, values, n);
-                }
-                add(sums[c].m_data, values, n);
-            });
-        },
-        [&](__int64 r, __int64 count) { divideRow(mean, r, count); });
-}
-
-void copyChannels(const CSnsCohDatazq& from, CSnsCohDatazq& to) {
-    const __int64 rows = std::min(grid::rows(from.m_mCC), grid::rows(to.m_mCC));
-    const __int64 cols = std::min(grid::cols(from.m_mCC), grid::cols(to.m_mCC));
-    for (__int64 r = 0; r < rows; ++r) {
-        const CWavChnlChnlDatazq* const source = grid::row(from.m_mCC, r);
-        CWavChnlChnlDatazq* const target = grid::row(to.m_mCC, r);
-        for (__int64 c = 0; source != nullptr && c < cols; ++c) {
-            target[c].m_chnlA = source[c].m_chnlA;
-            target[c].m_chnlB = source[c].m_chnlB;
-        }
-    }
+    Results<3, 1> results(from);
+    const bool made =
+        results.make([](const auto& row, __int64 c, const auto& arrays, __int64 n, bool first) {
+            double* const least = row[0][c].m_data;
+            double* const most = row[2][c].m_data;
+            if (first && n > 0) {
+                std::copy_n(arrays[0], n, least);
+                std::copy_n(arrays[0], n, most);
+            }
+            summarise(least, row[1][c].m_data, most, arrays, n);
+        });
+    if (made) results.handOver({&minimum, &mean, &maximum});
+    return made;
 }
 
 }  // namespace cxc

@@ -444,6 +444,50 @@ TEST(CGroupMeegCxcFace02Prcs_Summary, ResultsAreThoseOfTheRuleToTheLastBit) {
     expectAverageAndSummary(group);
 }
 
+TEST(CGroupMeegCxcFace02Prcs_Summary, ManyDatasetsAreTakenInTheirOrder) {
+    for (const int count : {4, 6, 7, 64, 65, 133}) {
+        CleanGroup group;
+        for (int i = 0; i < count; ++i) {
+            // Mostly alike, so that several are taken at once, with some that are not.
+            group.append(i % 9 == 5 ? newUneven(2, 4, 9, i) : newUneven(3, 37, 7, i));
+            if (i % 11 == 3) pairOf(group.at(i), 1, i % 4).cleanData();
+            if (i % 13 == 7) pairOf(group.at(i), 0, 1).resize(4);
+        }
+        group.m_curntCohDataSetID = 0;
+        expectAverageAndSummary(group);
+    }
+    CleanGroup group;  // nothing but null in the first round
+    for (int i = 0; i < 70; ++i)
+        group.append(nullptr);
+    for (int i = 0; i < 5; ++i)
+        group.append(newUneven(2, 3, 5, i));
+    group.m_curntCohDataSetID = 72;
+    expectAverageAndSummary(group);
+}
+
+TEST(CGroupMeegCxcFace02Prcs_Summary, ResultsAreAsFreshlySizedDatasets) {
+    CleanGroup group;
+    group.append(newFilled(2, 3, 5));
+    group.at(0).setSelect(2, 3);
+    group.at(0).m_rowCrt = 1;
+    ASSERT_EQ(group.averageAll(), 2);
+    ASSERT_EQ(group.summaryAll(), 5);
+    CSnsCohDatazq fresh;
+    fresh.checkInitSnsCohData(2, 3, 5, true);
+    for (int i = 1; i < 5; ++i) {
+        EXPECT_EQ(group.at(i).m_selectBegin, fresh.m_selectBegin);
+        EXPECT_EQ(group.at(i).m_selectEnd, fresh.m_selectEnd);
+        EXPECT_EQ(group.at(i).m_rowCrt, fresh.m_rowCrt);
+        EXPECT_EQ(group.at(i).m_columnCrt, fresh.m_columnCrt);
+        EXPECT_EQ(group.at(i).m_snsRowTotal, 2);
+        EXPECT_EQ(group.at(i).m_snsColTotal, 3);
+        EXPECT_EQ(group.at(i).m_cohTimTotal, 5);
+        EXPECT_EQ(test::ascii(group.at(i).m_cxcCmptInfo), "CxC ComputeInfo");
+        EXPECT_EQ(group.at(i).checkInitSnsCohData(2, 3, 5, false), 1);
+        EXPECT_EQ(cell(group.at(i), 4, 1, 2), cellValue(4, 1, 2));
+    }
+}
+
 TEST(CGroupMeegCxcFace02Prcs_Summary, HostileDatasetsAreTakenAsFarAsTheyReach) {
     test::TestApp app;
     for (const test::HostileDataset& hostile : test::hostileDatasets()) {
