@@ -6,13 +6,14 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <type_traits>
 
 namespace cxc {
 namespace {
 
 // One cache line of a row of the array, and a stretch of slices that fits the cache beside it.
 constexpr __int64 tileColumns = 8;
-constexpr __int64 tileSlices = 128;
+constexpr __int64 tileSlices = 32;
 
 // The part of the array that belongs to one row of pairs: slice t begins at first + t * stride.
 template <class Element>
@@ -31,8 +32,8 @@ void transposeSquare(const double* from0, const double* from1, double* to0, doub
 
 // Calls square(vector pair, column, slice) over full squares and single(column, slice) over the
 // rest of a tile of `columns` x slices begin..end-1.
-template <class Square, class Single>
-void walkTile(__int64 columns, __int64 begin, __int64 end, Square square, Single single) {
+template <class Columns, class Square, class Single>
+void walkColumns(Columns columns, __int64 begin, __int64 end, Square square, Single single) {
     const __int64 pairs = columns / 2 * 2;
     __int64 t = begin;
     for (; t + 2 <= end; t += 2) {
@@ -47,6 +48,15 @@ void walkTile(__int64 columns, __int64 begin, __int64 end, Square square, Single
         for (__int64 k = 0; k < columns; ++k)
             single(k, t);
     }
+}
+
+// A whole tile has a number of columns that the compiler knows.
+template <class Square, class Single>
+void walkTile(__int64 columns, __int64 begin, __int64 end, Square square, Single single) {
+    if (columns == tileColumns)
+        walkColumns(std::integral_constant<__int64, tileColumns>(), begin, end, square, single);
+    else
+        walkColumns(columns, begin, end, square, single);
 }
 
 void fillVectors(Row<const double> row, CWavChnlChnlDatazq* vectors, __int64 columns,
@@ -85,13 +95,16 @@ bool fillRow(Row<const double> row, CWavChnlChnlDatazq* vectors, __int64 cols, _
 // Slices begin..end-1 of `columns` vectors into the array; all of them hold that many.
 void copyVectors(const grid::Values* vectors, Row<double> row, __int64 columns, __int64 begin,
                  __int64 end) {
+    const double* data[tileColumns];
+    for (__int64 k = 0; k < columns; ++k)
+        data[k] = vectors[k].data;
     walkTile(
         columns, begin, end,
         [&](__int64 k, __int64 s) {
             double* const line = row.first + s * row.stride + k;
-            transposeSquare(vectors[k].data + s, vectors[k + 1].data + s, line, line + row.stride);
+            transposeSquare(data[k] + s, data[k + 1] + s, line, line + row.stride);
         },
-        [&](__int64 k, __int64 s) { row.first[s * row.stride + k] = vectors[k].data[s]; });
+        [&](__int64 k, __int64 s) { row.first[s * row.stride + k] = data[k][s]; });
 }
 
 void copyShortVectors(const grid::Values* vectors, Row<double> row, __int64 columns, __int64 begin,

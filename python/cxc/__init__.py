@@ -7,6 +7,7 @@
 """
 
 from ._core import CxcError
+from ._core import version as __version__
 from .dataset import Dataset, slice_count
 from .dataset import open_dataset as open  # noqa: A004  the package's own word, as in gzip.open
 

@@ -9,10 +9,9 @@ from typing import Callable, Iterable
 
 import numpy as np
 
+from ._core import version
 from .coherence import Plan, make_plan, sliding_coherence
 from .recording import Recording, open_recording
-
-VERSION = "1.0.0"
 
 # Channel types of the dataset header.
 _MEG, _EEG, _MEG_AND_EEG = 1, 2, 3
@@ -58,7 +57,7 @@ class Computation:
         rec, plan = self.recording, self.plan
         rate = plan.rate
         lines = [
-            f"Magnitude-squared coherence, cxc {VERSION}",
+            f"Magnitude-squared coherence, cxc {version}",
             f"Recording: {rec.name}, {rate:g} Hz, {rec.points} samples, {rec.seconds:g} s",
             f"Band: {plan.band[0]:g} to {plan.band[1]:g} Hz, mean of {plan.bins.size} "
             f"{_plural(plan.bins.size, 'bin')} {rate / plan.segment:g} Hz apart",

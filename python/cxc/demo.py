@@ -33,7 +33,7 @@ def run_demo(recording: str | None, out: str, options: dict, progress=None) -> N
         with tempfile.TemporaryDirectory() as folder:
             from .simulate import write_recording
 
-            path = os.path.join(folder, "simulated_raw.fif")
+            path = os.path.join(folder, "simulated_eeg.fif")
             write_recording(path)
             result = compute(path, progress=progress, **options)
     else:

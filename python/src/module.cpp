@@ -3,6 +3,7 @@
 #include "dataset.h"
 
 PYBIND11_MODULE(_core, m) {
+    m.attr("version") = CXC_VERSION;
     m.doc() = "Datasets of channel-by-channel coherence.";
     binding::registerCalls(m);
     binding::registerDataset(m);
