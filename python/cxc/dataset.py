@@ -3,6 +3,7 @@
 from __future__ import annotations
 
 import contextlib
+import errno
 import os
 import tempfile
 from typing import Iterator, Sequence
@@ -105,14 +106,7 @@ class Dataset:
         Raises:
             FileExistsError: without `overwrite`, where `path` exists.
         """
-        target = os.fspath(path)
-        if not overwrite and os.path.lexists(target):
-            raise FileExistsError(17, "File exists", target)
-        if os.path.isdir(target):
-            raise IsADirectoryError(21, "Is a directory", target)
-        with _draft(target) as draft:
-            self._core.save(os.fsencode(draft))
-            os.replace(draft, target)
+        save_record(self._core, path, overwrite)
 
     def export_text(self, path: str | os.PathLike) -> str:
         """Writes the library's text: UTF-16LE, one block per slice, one line per row.
@@ -121,7 +115,7 @@ class Dataset:
         """
         target = os.path.abspath(os.fspath(path))
         if os.path.isdir(target):
-            raise IsADirectoryError(21, "Is a directory", target)
+            raise IsADirectoryError(errno.EISDIR, os.strerror(errno.EISDIR), target)
         self._core.export_text(os.fsencode(target))
         return target if ".txt" in target else target + ".txt"
 
@@ -368,6 +362,13 @@ class Dataset:
     def suppressive_color(self, value: tuple[int, int, int]) -> None:
         self._core.suppressive_color = _colorref(value)
 
+    def __eq__(self, other: object) -> bool:
+        """The very same dataset, as a package gives it back; not one of equal values."""
+        return isinstance(other, Dataset) and self._core is other._core
+
+    def __hash__(self) -> int:
+        return id(self._core)
+
     def __repr__(self) -> str:
         slices, rows, columns = self.shape
         low, high = self.band
@@ -380,6 +381,18 @@ class Dataset:
 def open_dataset(path: str | os.PathLike) -> Dataset:
     """Reads a `.cxc` file of any version the library knows."""
     return Dataset.open(path)
+
+
+def save_record(core, path: str | os.PathLike, overwrite: bool) -> None:
+    """Saves a dataset, package or group whole or not at all, as `Dataset.save` says."""
+    target = os.fspath(path)
+    if not overwrite and os.path.lexists(target):
+        raise FileExistsError(errno.EEXIST, os.strerror(errno.EEXIST), target)
+    if os.path.isdir(target):
+        raise IsADirectoryError(errno.EISDIR, os.strerror(errno.EISDIR), target)
+    with _draft(target) as draft:
+        core.save(os.fsencode(draft))
+        os.replace(draft, target)
 
 
 @contextlib.contextmanager

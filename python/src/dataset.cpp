@@ -2,6 +2,7 @@
 
 #include "calls.h"
 #include "cxcdata/array_exchange.h"
+#include "records.h"
 
 #include <pybind11/numpy.h>
 #include <pybind11/stl.h>
@@ -16,6 +17,8 @@ namespace binding {
 namespace {
 
 using Dataset = CSnsCohDatazq;
+// Shared: packages and groups hold on to the datasets that were given to them.
+using DatasetClass = py::class_<Dataset, std::shared_ptr<Dataset>>;
 using Doubles = py::array_t<double, py::array::c_style | py::array::forcecast>;
 using Integers = py::array_t<long long, py::array::c_style | py::array::forcecast>;
 
@@ -29,13 +32,13 @@ void needGrid(Dataset& d) {
     if (!hasGrid(d)) fail("the dataset has no values");
 }
 
-std::unique_ptr<Dataset> fromArray(const Doubles& values) {
+std::shared_ptr<Dataset> fromArray(const Doubles& values) {
     if (values.ndim() != 3) throw py::value_error("values must have the axes [slice, row, column]");
     const auto nTim = static_cast<__int64>(values.shape(0));
     const auto rows = static_cast<__int64>(values.shape(1));
     const auto cols = static_cast<__int64>(values.shape(2));
     if (nTim < 1 || rows < 1 || cols < 1) throw py::value_error("values must not be empty");
-    auto dataset = std::make_unique<Dataset>();
+    auto dataset = std::make_shared<Dataset>();
     const double* const data = values.data();
     Dataset& d = *dataset;
     const Outcome outcome = run(
@@ -99,33 +102,12 @@ void setChannels(Dataset& d, const Integers& numbers) {
 }
 
 void save(Dataset& d, const std::string& path) {
-    const CString name = toCString(path);
-    require(
-        [&] {
-            CFile file(name, CFile::modeCreate | CFile::modeWrite);
-            CArchive archive(&file, CArchive::store);
-            const int result = d.serialize(archive);
-            archive.Close();
-            file.Flush();
-            file.Close();
-            return result;
-        },
-        path, "the dataset could not be stored");
+    saveRecord(d, path, "the dataset could not be stored");
 }
 
-std::unique_ptr<Dataset> load(const std::string& path) {
-    const CString name = toCString(path);
-    auto dataset = std::make_unique<Dataset>();
-    Dataset& d = *dataset;
-    require(
-        [&] {
-            CFile file(name, CFile::modeRead | CFile::shareDenyWrite);
-            CArchive archive(&file, CArchive::load);
-            const int result = d.serialize(archive);
-            archive.Close();
-            return result;
-        },
-        path, "there is not enough memory, or the sizes in the file cannot be true");
+std::shared_ptr<Dataset> load(const std::string& path) {
+    auto dataset = std::make_shared<Dataset>();
+    loadRecord(*dataset, path);
     return dataset;
 }
 
@@ -193,13 +175,13 @@ void exportText(Dataset& d, const std::string& path) {
 }
 
 template <CString CSnsCohData::*member>
-void text(py::class_<Dataset>& c, const char* name) {
+void text(DatasetClass& c, const char* name) {
     c.def_property(
         name, [](const Dataset& d) { return toText(d.*member); },
         [](Dataset& d, const std::string& value) { d.*member = toCString(value); });
 }
 
-void defineFields(py::class_<Dataset>& c) {
+void defineFields(DatasetClass& c) {
     c.def_readwrite("header_int0", &Dataset::m_headerInt0)
         .def_readwrite("header_int1", &Dataset::m_headerInt1)
         .def_readwrite("header_int2", &Dataset::m_headerInt2)
@@ -249,7 +231,7 @@ void defineFields(py::class_<Dataset>& c) {
     text<&Dataset::m_cxcCmptInfo>(c, "note");
 }
 
-void defineOperations(py::class_<Dataset>& c) {
+void defineOperations(DatasetClass& c) {
     c.def("has_grid", [](const Dataset& d) { return hasGrid(d); })
         .def("to_array", toArray)
         .def("pair",
@@ -303,7 +285,7 @@ void defineOperations(py::class_<Dataset>& c) {
 }  // namespace
 
 void registerDataset(py::module_& m) {
-    py::class_<Dataset> c(m, "Dataset");
+    DatasetClass c(m, "Dataset");
     c.def(py::init<>()).def_static("from_array", fromArray);
     defineFields(c);
     defineOperations(c);

@@ -1,5 +1,6 @@
 // cxc._core: the library for Python. The modules of the package give it its Python face.
 #include "calls.h"
+#include "containers.h"
 #include "dataset.h"
 
 PYBIND11_MODULE(_core, m) {
@@ -7,4 +8,5 @@ PYBIND11_MODULE(_core, m) {
     m.doc() = "Datasets of channel-by-channel coherence.";
     binding::registerCalls(m);
     binding::registerDataset(m);
+    binding::registerContainers(m);
 }

@@ -1,0 +1,232 @@
+"""Packages (Active, Control and Act-Ctl of one recording) and groups (any number of subjects).
+
+Datasets are shared, not moved: one that was put into a package or a group, or taken out of one,
+stays valid as long as anybody holds it, and a change is seen everywhere.
+"""
+
+from __future__ import annotations
+
+import os
+from typing import Iterable, Iterator
+
+from . import _core
+from .dataset import Dataset, save_record
+
+OPERATIONS = {"subtract": 0, "add": 1, "multiply": 2, "divide": 3}
+CLASSES = ("active", "control", "act_ctl")
+
+
+def _wrapped(core: _core.Dataset | None) -> Dataset | None:
+    return None if core is None else Dataset(core)
+
+
+class _Container:
+    """What the records of packages and groups have in common."""
+
+    _core: _core.Package | _core.Group
+
+    @property
+    def id(self) -> int:
+        """The owner's identifier; stored."""
+        return self._core.id
+
+    @id.setter
+    def id(self, value: int) -> None:
+        self._core.id = value
+
+    @property
+    def name(self) -> str:
+        return self._core.name
+
+    @name.setter
+    def name(self, value: str) -> None:
+        self._core.name = value
+
+    @property
+    def info(self) -> str:
+        """A second descriptive text; stored."""
+        return self._core.info
+
+    @info.setter
+    def info(self, value: str) -> None:
+        self._core.info = value
+
+    @property
+    def show(self) -> bool:
+        return self._core.show
+
+    @show.setter
+    def show(self, value: bool) -> None:
+        self._core.show = value
+
+    @property
+    def current(self) -> int:
+        """Current class or index; -1 for none. Stored and restored as it stands."""
+        return self._core.current
+
+    @current.setter
+    def current(self, value: int) -> None:
+        self._core.current = value
+
+    def save(self, path: str | os.PathLike, *, overwrite: bool = True) -> None:
+        """Writes the record to `path`, whole or not at all, as `Dataset.save`."""
+        save_record(self._core, path, overwrite)
+
+    @classmethod
+    def open(cls, path: str | os.PathLike):
+        """Reads a record of this kind."""
+        container = cls()
+        container._core.load(os.fsencode(path))
+        return container
+
+
+class Package(_Container):
+    """The datasets of one recording: active, control and act_ctl, each a Dataset or None.
+
+    package["active"] and package[0] are the same slot. Iterating gives the datasets that are
+    there, and len() counts them.
+    """
+
+    def __init__(
+        self,
+        active: Dataset | None = None,
+        control: Dataset | None = None,
+        act_ctl: Dataset | None = None,
+    ) -> None:
+        self._core = _core.Package()
+        self.active, self.control, self.act_ctl = active, control, act_ctl
+
+    def __getitem__(self, key: int | str) -> Dataset | None:
+        return _wrapped(self._core.get(_class_of(key)))
+
+    def __setitem__(self, key: int | str, dataset: Dataset | None) -> None:
+        self._core.set(_class_of(key), None if dataset is None else dataset._core)
+
+    def __delitem__(self, key: int | str) -> None:
+        self[key] = None
+
+    def __iter__(self) -> Iterator[Dataset]:
+        return (dataset for dataset in (self[k] for k in range(3)) if dataset is not None)
+
+    def __len__(self) -> int:
+        return sum(1 for _ in self)
+
+    @property
+    def active(self) -> Dataset | None:
+        return self[0]
+
+    @active.setter
+    def active(self, dataset: Dataset | None) -> None:
+        self[0] = dataset
+
+    @property
+    def control(self) -> Dataset | None:
+        return self[1]
+
+    @control.setter
+    def control(self, dataset: Dataset | None) -> None:
+        self[1] = dataset
+
+    @property
+    def act_ctl(self) -> Dataset | None:
+        """What `combine` made."""
+        return self[2]
+
+    @act_ctl.setter
+    def act_ctl(self, dataset: Dataset | None) -> None:
+        self[2] = dataset
+
+    def combine(self, operation: str, *, accumulate_control: bool = False) -> Dataset:
+        """Combines every value of active with the one slice of control into act_ctl.
+
+        Args:
+            operation: "subtract", "add", "multiply" or "divide" (0 where control is 0).
+            accumulate_control: whether a control of several slices may be replaced by its mean
+                over time; that changes the control dataset itself.
+
+        Raises:
+            CxcError: with the library's words, where a dataset is missing, sizes differ, or the
+                control has several slices and may not be accumulated.
+        """
+        if operation not in OPERATIONS:
+            raise ValueError(f"unknown operation {operation!r}; known are {', '.join(OPERATIONS)}")
+        self._core.combine(OPERATIONS[operation], accumulate_control)
+        result = self.act_ctl
+        assert result is not None
+        return result
+
+    def match_selections(
+        self, active: tuple[int, int], control: tuple[int, int]
+    ) -> tuple[tuple[int, int], tuple[int, int]]:
+        """The two ranges of slices with the narrower one widened to the width of the other."""
+        return self._core.match_selections(active, control)
+
+    def __repr__(self) -> str:
+        held = [name for name in CLASSES if self[name] is not None]
+        return f"<cxc.Package {self.name!r}: {', '.join(held) or 'empty'}>"
+
+
+def _class_of(key: int | str) -> int:
+    if isinstance(key, str):
+        if key not in CLASSES:
+            raise KeyError(key)
+        return CLASSES.index(key)
+    return key
+
+
+class Group(_Container):
+    """Datasets of any number of subjects, in order; a sequence of Dataset or None."""
+
+    def __init__(self, datasets: Iterable[Dataset | None] = ()) -> None:
+        self._core = _core.Group()
+        self.extend(datasets)
+
+    def __len__(self) -> int:
+        return len(self._core.members)
+
+    def __getitem__(self, index):
+        if isinstance(index, slice):
+            return [_wrapped(core) for core in self._core.members[index]]
+        return _wrapped(self._core.members[index])
+
+    def __setitem__(self, index: int, dataset: Dataset | None) -> None:
+        members = self._core.members
+        members[index] = None if dataset is None else dataset._core
+        self._core.members = members
+
+    def __delitem__(self, index) -> None:
+        members = self._core.members
+        del members[index]
+        self._core.members = members
+
+    def __iter__(self) -> Iterator[Dataset | None]:
+        return (_wrapped(core) for core in self._core.members)
+
+    def append(self, dataset: Dataset | None) -> None:
+        self.extend([dataset])
+
+    def extend(self, datasets: Iterable[Dataset | None]) -> None:
+        added = [None if dataset is None else dataset._core for dataset in datasets]
+        self._core.members = self._core.members + added
+
+    def clear(self) -> None:
+        """Empties the list; nothing is current any more."""
+        self._core.members = []
+        self.current = -1
+
+    def average(self) -> Dataset:
+        """Appends and returns the mean of all datasets.
+
+        The result has the largest size of each dimension, and every dataset counts in the
+        divisor: where a smaller one has no value it counts as zero.
+        """
+        self._core.average()
+        return self[-1]
+
+    def summary(self) -> tuple[Dataset, Dataset, Dataset]:
+        """Appends and returns minimum, mean and maximum of all datasets, sized as by `average`."""
+        self._core.summarise()
+        return tuple(self[-3:])
+
+    def __repr__(self) -> str:
+        return f"<cxc.Group {self.name!r}: {len(self)} datasets>"
