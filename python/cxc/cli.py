@@ -69,6 +69,27 @@ def _parser() -> argparse.ArgumentParser:
     _add_analysis(compute)
     compute.set_defaults(run=_compute)
 
+    study = commands.add_parser(
+        "study", help="Active against Control in every subject, then average and summary"
+    )
+    study.add_argument(
+        "source",
+        help="a folder of recordings, or a CSV file with the columns subject, active, control",
+    )
+    study.add_argument("--out", default="study", help="folder for the results; default: study")
+    study.add_argument(
+        "--active-suffix", default="_2", help="in a folder: end of Active's names; default: _2"
+    )
+    study.add_argument(
+        "--control-suffix", default="_1", help="in a folder: end of Control's names; default: _1"
+    )
+    study.add_argument(
+        "--operation", choices=("subtract", "add", "multiply", "divide"), default="subtract",
+        help="Active ... Control; default: subtract",
+    )  # fmt: skip
+    _add_analysis(study)
+    study.set_defaults(run=_study)
+
     info = commands.add_parser("info", help="what a .cxc file holds")
     info.add_argument("file")
     info.set_defaults(run=_info)
@@ -139,6 +160,13 @@ def _info(options: argparse.Namespace) -> None:
     print("computation:")
     for line in dataset.note.splitlines():
         print("  " + line)
+
+
+def _study(options: argparse.Namespace) -> None:
+    from .study import run_study, subjects_of
+
+    subjects = subjects_of(options.source, options.active_suffix, options.control_suffix)
+    run_study(subjects, options.out, analysis_of(options), options.operation, progress)
 
 
 def _demo(options: argparse.Namespace) -> None:

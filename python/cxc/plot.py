@@ -37,6 +37,7 @@ def heatmap(
     subtitle: str = "",
     quantity: str = COHERENCE,
     signed: bool = False,
+    top: float | None = None,
 ) -> None:
     """Draws every pair as a cell and writes a PNG.
 
@@ -47,6 +48,8 @@ def heatmap(
         title, subtitle: what is shown, such as band and time.
         quantity: label of the colour bar.
         signed: colours diverge from a white zero; otherwise they start at 0.
+        top: magnitude at the end of the colours, to share one scale between pictures; from the
+            values when None.
     """
     count = len(labels)
     side = float(np.clip(1.6 + 0.17 * count, 5.2, 12.0))  # width of the matrix [inch]
@@ -60,7 +63,7 @@ def heatmap(
 
     shown = np.ma.masked_invalid(np.array(values, dtype=np.float64))
     shown[np.diag_indices(count)] = np.ma.masked
-    colours, scale = _colours(shown, signed)
+    colours, scale = _colours(shown, signed, top=top)
     image = axes.imshow(shown, cmap=colours, norm=scale, interpolation="nearest")
     axes.set_facecolor(_NEUTRAL)
     size, every = _label_fit(side * 72.0 / count)
@@ -215,10 +218,27 @@ def _strongest(values: np.ndarray, pairs: int) -> list[tuple[int, int]]:
     return [(int(rows[i]), int(columns[i])) for i in order]
 
 
-def _colours(values, signed: bool, from_zero: bool = True) -> tuple[Colormap, Normalize]:
+def shared_top(matrices) -> float:
+    """The end of a colour scale that suits several sensors x sensors matrices, diagonals apart."""
+    largest = 0.0
+    for values in matrices:
+        off = np.abs(values[~np.eye(values.shape[0], dtype=bool)])
+        largest = max(largest, float(np.nanmax(off, initial=0.0)))
+    return _top(largest)
+
+
+def _top(largest: float) -> float:
+    return _round_up(largest) if np.isfinite(largest) and largest > 0.0 else 1.0
+
+
+def _colours(
+    values, signed: bool, from_zero: bool = True, top: float | None = None
+) -> tuple[Colormap, Normalize]:
     """A map that runs evenly for the eye, and the range of values it covers."""
-    largest = float(np.ma.masked_invalid(np.abs(values)).max()) if np.ma.count(values) else 0.0
-    top = _round_up(largest) if np.isfinite(largest) and largest > 0.0 else 1.0
+    if top is None:
+        top = _top(
+            float(np.ma.masked_invalid(np.abs(values)).max()) if np.ma.count(values) else 0.0
+        )
     if signed:
         return _with_neutral(colormaps["RdBu_r"]), Normalize(-top, top)
     low = 0.0
