@@ -21,7 +21,10 @@ _NOT_SENSORS = (
     ("ECG", re.compile(r"\b(ecg|ekg|ecgl|ecgr|cardio)\d*\b", re.I)),
     ("EOG", re.compile(r"\b([hv]?eog|eog[lrhv]|loc|roc)\d*\b", re.I)),
     ("EMG", re.compile(r"\b(emg|chin|masseter)\d*\b", re.I)),
-    ("trigger", re.compile(r"\b(stim?|sti\d+|status|trigger|trig|event|events|marker|dc\d+)\b", re.I)),
+    (
+        "trigger",
+        re.compile(r"\b(stim?|sti\d+|status|trigger|trig|event|events|marker|dc\d+)\b", re.I),
+    ),
     (
         "not a brain signal",
         re.compile(
@@ -101,7 +104,9 @@ def open_recording(path: str | os.PathLike, picks: str = "all") -> Recording:
         name=name,
         rate=float(raw.info["sfreq"]),
         points=int(raw.n_times),
-        labels=_distinct([label for _, label, _ in chosen], [raw.ch_names[i] for i, _, _ in chosen]),
+        labels=_distinct(
+            [label for _, label, _ in chosen], [raw.ch_names[index] for index, _, _ in chosen]
+        ),
         kinds=[kind for _, _, kind in chosen],
         left_out=left_out,
         remarks=remarks,

@@ -10,7 +10,8 @@ import numpy as np
 from .errors import CommandError
 
 LABELS = (
-    "Fp1", "Fp2", "F7", "F3", "Fz", "F4", "F8", "T7", "C3", "C4", "T8", "P3", "Pz", "P4", "O1", "O2",
+    "Fp1", "Fp2", "F7", "F3", "Fz", "F4", "F8", "T7",
+    "C3", "C4", "T8", "P3", "Pz", "P4", "O1", "O2",
 )  # fmt: skip
 RATE = 250.0  # [Hz]
 SECONDS = 60.0

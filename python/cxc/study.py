@@ -245,7 +245,8 @@ def average_band(results: list[Result]) -> tuple[float, float]:
 def _report(path: str, results: list[Result], average: Dataset, operation: str) -> None:
     labels = results[0].labels
     lines = ["# Study", "", f"{len(results)} subjects, Active {operation} Control.", ""]
-    lines += ["| subject | Active | slices | Control | slices, accumulated |", "|---|---|---|---|---|"]
+    lines += ["| subject | Active | slices | Control | slices, accumulated |"]
+    lines += ["|---|---|---|---|---|"]
     for result in results:
         lines.append(
             f"| {result.subject.name} | {result.active.recording.name} "
