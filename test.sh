@@ -6,6 +6,9 @@ set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")"
 scripts/install-deps.sh
 
+# Nothing of the Windows stage goes on running behind the last line.
+trap 'scripts/wine-run.sh --stop' EXIT
+
 stages=("$@")
 [ ${#stages[@]} -gt 0 ] || stages=(checks native sanitized windows)
 jobs=$(nproc)

@@ -2,6 +2,7 @@
 # Runs a Windows program under Wine: with a prefix of its own in the build folder, without the
 # questions for Mono and Gecko, and on a virtual screen unless CXC_DISPLAY names a real one.
 #   scripts/wine-run.sh PROGRAM.exe [ARGUMENTS]
+#   scripts/wine-run.sh --stop      ends Wine and the virtual screen
 set -euo pipefail
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 state="${CXC_WINE_STATE:-$root/build/wine}"
@@ -11,6 +12,15 @@ export WINEDLLOVERRIDES="mscoree,mshtml=;winemenubuilder.exe=d"
 
 wine=/usr/lib/wine/wine64
 [ -x "$wine" ] || wine=$(command -v wine64 || command -v wine)
+
+if [ "${1:-}" = --stop ]; then
+  wineserver -k 2>/dev/null || true
+  if [ -s "$state/xvfb.pid" ]; then
+    kill "$(cat "$state/xvfb.pid")" 2>/dev/null || true
+    rm -f "$state/xvfb.pid"
+  fi
+  exit 0
+fi
 
 # One screen and one prefix serve all programs of a run; whoever comes first makes them.
 exec 9>"$state/lock"
