@@ -11,6 +11,7 @@ from typing import Iterable, Iterator
 
 from . import _core
 from .dataset import Dataset, save_record
+from .forwarded import forwarded
 
 OPERATIONS = {"subtract": 0, "add": 1, "multiply": 2, "divide": 3}
 CLASSES = ("active", "control", "act_ctl")
@@ -25,48 +26,13 @@ class _Container:
 
     _core: _core.Package | _core.Group
 
-    @property
-    def id(self) -> int:
-        """The owner's identifier; stored."""
-        return self._core.id
-
-    @id.setter
-    def id(self, value: int) -> None:
-        self._core.id = value
-
-    @property
-    def name(self) -> str:
-        return self._core.name
-
-    @name.setter
-    def name(self, value: str) -> None:
-        self._core.name = value
-
-    @property
-    def info(self) -> str:
-        """A second descriptive text; stored."""
-        return self._core.info
-
-    @info.setter
-    def info(self, value: str) -> None:
-        self._core.info = value
-
-    @property
-    def show(self) -> bool:
-        return self._core.show
-
-    @show.setter
-    def show(self, value: bool) -> None:
-        self._core.show = value
-
-    @property
-    def current(self) -> int:
-        """Current class or index; -1 for none. Stored and restored as it stands."""
-        return self._core.current
-
-    @current.setter
-    def current(self, value: int) -> None:
-        self._core.current = value
+    id = forwarded("id", "The owner's identifier; stored.")
+    name = forwarded("name", "Name; stored.")
+    info = forwarded("info", "A second descriptive text; stored.")
+    show = forwarded("show", "Show flag; stored.")
+    current = forwarded(
+        "current", "Current class or index, -1 for none; stored and restored as it stands."
+    )
 
     def save(self, path: str | os.PathLike, *, overwrite: bool = True) -> None:
         """Writes the record to `path`, whole or not at all, as `Dataset.save`."""

@@ -11,6 +11,7 @@ from typing import Iterator, Sequence
 import numpy as np
 
 from . import _core
+from .forwarded import forwarded
 
 CHANNEL_TYPES = {0: "all", 1: "meg", 2: "eeg", 3: "meg+eeg"}
 
@@ -24,6 +25,20 @@ def slice_count(points: int, step: int, window: int) -> int:
     if step < 1:
         raise ValueError("step must be at least 1 point")
     return _core.slice_count(points, step, window)
+
+
+def _color(field: str, doc: str) -> property:
+    def get(self) -> tuple[int, int, int]:
+        color = getattr(self._core, field)
+        return color & 0xFF, color >> 8 & 0xFF, color >> 16 & 0xFF
+
+    def put(self, value: tuple[int, int, int]) -> None:
+        red, green, blue = value
+        if not all(0 <= part <= 255 for part in value):
+            raise ValueError("colours are (red, green, blue), 0 to 255")
+        setattr(self._core, field, red | green << 8 | blue << 16)
+
+    return property(get, put, doc=doc)
 
 
 class Dataset:
@@ -150,22 +165,17 @@ class Dataset:
 
     # -- description
 
-    @property
-    def name(self) -> str:
-        return self._core.name
-
-    @name.setter
-    def name(self, value: str) -> None:
-        self._core.name = value
-
-    @property
-    def note(self) -> str:
-        """How the values were computed."""
-        return self._core.note
-
-    @note.setter
-    def note(self, value: str) -> None:
-        self._core.note = value
+    name = forwarded("name", "Name of the dataset.")
+    note = forwarded("note", "How the values were computed.")
+    sampling_rate = forwarded("sampling_rate", "Slices per second [Hz].", float)
+    channel_type = forwarded("channel_type", "0 all, 1 MEG, 2 EEG, 3 MEG and EEG.")
+    channels_a = forwarded(
+        "channels_a", "Channel number of the row sensor of each pair, [row, column]."
+    )
+    channels_b = forwarded(
+        "channels_b", "Channel number of the column sensor of each pair, [row, column]."
+    )
+    show = forwarded("show", "Show flag of the dataset in lists.")
 
     @property
     def band(self) -> tuple[float, float]:
@@ -186,45 +196,9 @@ class Dataset:
         self._core.latency_begin, self._core.latency_end = map(float, value)
 
     @property
-    def sampling_rate(self) -> float:
-        """Slices per second [Hz]."""
-        return self._core.sampling_rate
-
-    @sampling_rate.setter
-    def sampling_rate(self, value: float) -> None:
-        self._core.sampling_rate = float(value)
-
-    @property
-    def channel_type(self) -> int:
-        """0 all, 1 MEG, 2 EEG, 3 MEG and EEG."""
-        return self._core.channel_type
-
-    @channel_type.setter
-    def channel_type(self, value: int) -> None:
-        self._core.channel_type = value
-
-    @property
     def type_name(self) -> str:
         """The channel type in the library's words."""
         return self._core.type_name()
-
-    @property
-    def channels_a(self) -> np.ndarray:
-        """Channel number of the row sensor of each pair, [row, column]."""
-        return self._core.channels_a
-
-    @channels_a.setter
-    def channels_a(self, value) -> None:
-        self._core.channels_a = value
-
-    @property
-    def channels_b(self) -> np.ndarray:
-        """Channel number of the column sensor of each pair, [row, column]."""
-        return self._core.channels_b
-
-    @channels_b.setter
-    def channels_b(self, value) -> None:
-        self._core.channels_b = value
 
     @property
     def selection(self) -> tuple[int, int]:
@@ -242,15 +216,6 @@ class Dataset:
     @current_pair.setter
     def current_pair(self, value: tuple[int, int]) -> None:
         self._core.row, self._core.column = value
-
-    @property
-    def show(self) -> bool:
-        """Show flag of the dataset in lists."""
-        return self._core.show
-
-    @show.setter
-    def show(self, value: bool) -> None:
-        self._core.show = value
 
     @property
     def header(self) -> _core.Dataset:
@@ -337,30 +302,11 @@ class Dataset:
 
     # -- colours
 
-    @property
-    def basic_color(self) -> tuple[int, int, int]:
-        """Display colours are (red, green, blue), 0 to 255; they are not stored in files."""
-        return _rgb(self._core.basic_color)
-
-    @basic_color.setter
-    def basic_color(self, value: tuple[int, int, int]) -> None:
-        self._core.basic_color = _colorref(value)
-
-    @property
-    def active_color(self) -> tuple[int, int, int]:
-        return _rgb(self._core.active_color)
-
-    @active_color.setter
-    def active_color(self, value: tuple[int, int, int]) -> None:
-        self._core.active_color = _colorref(value)
-
-    @property
-    def suppressive_color(self) -> tuple[int, int, int]:
-        return _rgb(self._core.suppressive_color)
-
-    @suppressive_color.setter
-    def suppressive_color(self, value: tuple[int, int, int]) -> None:
-        self._core.suppressive_color = _colorref(value)
+    basic_color = _color("basic_color", "(red, green, blue), 0 to 255; not stored in files.")
+    active_color = _color("active_color", "(red, green, blue), 0 to 255; not stored in files.")
+    suppressive_color = _color(
+        "suppressive_color", "(red, green, blue), 0 to 255; not stored in files."
+    )
 
     def __eq__(self, other: object) -> bool:
         """The very same dataset, as a package gives it back; not one of equal values."""
@@ -410,14 +356,3 @@ def _draft(target: str) -> Iterator[str]:
     finally:
         with contextlib.suppress(FileNotFoundError):
             os.unlink(draft)
-
-
-def _rgb(color: int) -> tuple[int, int, int]:
-    return color & 0xFF, color >> 8 & 0xFF, color >> 16 & 0xFF
-
-
-def _colorref(rgb: tuple[int, int, int]) -> int:
-    red, green, blue = rgb
-    if not all(0 <= part <= 255 for part in rgb):
-        raise ValueError("colours are (red, green, blue), 0 to 255")
-    return red | green << 8 | blue << 16
