@@ -1,10 +1,9 @@
 #include "afx_archive.h"
 
-#include "afx/core/code_page.h"
-
 #include <algorithm>
 #include <climits>
 #include <exception>
+#include <new>
 #include <vector>
 
 namespace {
@@ -20,11 +19,12 @@ CArchive::CArchive(CFile* file, UINT mode, int bufferSize, void* buffer)
       m_mode(mode),
       m_capacity(buffer == nullptr
                      ? std::max(leastBuffer, static_cast<UINT>(std::max(bufferSize, 0)))
-                     : static_cast<UINT>(bufferSize)),
+                     : static_cast<UINT>(std::max(bufferSize, 0))),
       m_buffer(static_cast<BYTE*>(buffer)),
       m_ownsBuffer(buffer == nullptr),
       m_exceptionsAtStart(std::uncaught_exceptions()) {
-    if (m_ownsBuffer) m_buffer = new BYTE[m_capacity];
+    if (m_ownsBuffer) m_buffer = new (std::nothrow) BYTE[m_capacity];
+    if (m_buffer == nullptr) AfxThrowMemoryException();
     m_at = m_buffer;
     m_end = IsStoring() ? m_buffer + m_capacity : m_buffer;
 }
@@ -44,10 +44,17 @@ CArchive::~CArchive() noexcept(false) {
 
 void CArchive::needLoading() const {
     if (IsStoring()) AfxThrowArchiveException(CArchiveException::writeOnly, m_strFileName);
+    needFile();
 }
 
 void CArchive::needStoring() const {
     if (IsLoading()) AfxThrowArchiveException(CArchiveException::readOnly, m_strFileName);
+    needFile();
+}
+
+void CArchive::needFile() const {
+    if (m_file == nullptr)
+        AfxThrowArchiveException(CArchiveException::genericException, m_strFileName);
 }
 
 UINT CArchive::Read(void* buffer, UINT count) {
@@ -116,6 +123,7 @@ void CArchive::Flush() {
 void CArchive::Close() {
     Flush();
     m_file = nullptr;
+    m_at = m_end = m_buffer;  // no value passes the quick way any more
 }
 
 void CArchive::Abort() {
@@ -134,7 +142,24 @@ constexpr DWORD longerThanDword = 0xFFFFFFFF;
 // Characters are fetched in steps, so that a length costs memory only once its bytes are there.
 constexpr std::size_t stepBytes = 1 << 16;
 
+// What a string can hold.
+constexpr UINT_PTR mostCharacters = INT_MAX / 2;
+
 }  // namespace
+
+// True when the file is known to hold fewer than `bytes` more. Pipes and devices know no length,
+// and some systems give 0 for files with content: then only reading can tell.
+bool CArchive::endsBefore(ULONGLONG bytes) const {
+    try {
+        const ULONGLONG length = m_file->GetLength();
+        const ULONGLONG position = m_file->GetPosition();
+        return position <= length &&
+               length - position + static_cast<ULONGLONG>(m_end - m_at) < bytes;
+    } catch (CFileException* e) {
+        e->Delete();
+        return false;
+    }
+}
 
 void AFXAPI AfxWriteStringLength(CArchive& ar, UINT_PTR length, BOOL unicode) {
     if (unicode) ar << longerThanByte << unicodeMarker;
@@ -197,10 +222,25 @@ std::vector<BYTE> readLong(CArchive& ar, UINT_PTR bytes) {
     while (all.size() < bytes) {
         const std::size_t have = all.size();
         const std::size_t step = std::min<std::size_t>(stepBytes, bytes - have);
-        all.resize(have + step);
+        try {
+            all.resize(have + step);
+        } catch (const std::bad_alloc&) {
+            AfxThrowMemoryException();
+        }
         if (ar.Read(all.data() + have, static_cast<UINT>(step)) < step) endOfFile(ar);
     }
     return all;
+}
+
+// More than a string can hold: the end of the file comes first, and nothing is kept.
+[[noreturn]] void refuse(CArchive& ar, UINT_PTR bytes) {
+    std::vector<BYTE> dropped = readLong(ar, std::min<UINT_PTR>(bytes, stepBytes));
+    for (UINT_PTR left = bytes - dropped.size(); left > 0;) {
+        const UINT step = static_cast<UINT>(std::min<UINT_PTR>(left, dropped.size()));
+        if (ar.Read(dropped.data(), step) < step) endOfFile(ar);
+        left -= step;
+    }
+    AfxThrowMemoryException();
 }
 
 }  // namespace
@@ -208,15 +248,15 @@ std::vector<BYTE> readLong(CArchive& ar, UINT_PTR bytes) {
 CArchive& AFXAPI operator>>(CArchive& ar, CString& text) {
     int charSize = 1;
     const UINT_PTR length = AfxReadStringLength(ar, charSize);
-    if (charSize == 2 && length * sizeof(TCHAR) <= stepBytes && length < stepBytes) {
+    if (charSize == 2 && length <= stepBytes / sizeof(TCHAR)) {
         text = readShort(ar, length);
         return ar;
     }
-    // More than a string can hold cannot be in the file either: read on to its end.
     const auto size = static_cast<UINT_PTR>(charSize);
     const UINT_PTR bytes = length > UINTPTR_MAX / size ? UINTPTR_MAX : length * size;
+    if (ar.endsBefore(bytes)) endOfFile(ar);
+    if (length > mostCharacters) refuse(ar, bytes);
     const std::vector<BYTE> all = readLong(ar, bytes);
-    if (length > INT_MAX / 2) AfxThrowMemoryException();
     if (charSize == 1) {
         text = CString(reinterpret_cast<LPCSTR>(all.data()), static_cast<int>(length));
         return ar;

@@ -6,6 +6,7 @@
 //  3. The destructor of an archive that is still attached flushes, but only when no exception is
 //     under way; then it gives up what was not yet written.
 //  4. A buffer of the archive's own is larger than asked for.
+//  5. An archive that is detached from its file throws genericException when it is used.
 #pragma once
 
 #include "afx_file.h"
@@ -140,8 +141,10 @@ private:
     void getSlowly(void* value, UINT size);
     void needLoading() const;
     void needStoring() const;
+    void needFile() const;
     void drain();
-    UINT readFile(BYTE* target, UINT count);
+    bool endsBefore(ULONGLONG bytes) const;
+    friend AFX_API CArchive& AFXAPI operator>>(CArchive& ar, CString& text);
 
     CFile* m_file;
     UINT m_mode;

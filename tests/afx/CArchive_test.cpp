@@ -1,11 +1,17 @@
 #include <afx.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstring>
+#include <fstream>
 #include <limits>
 #include <stdexcept>
 #include <string>
 #include <vector>
+
+#ifdef __linux__
+#include <unistd.h>
+#endif
 
 #include "tests/support/ArchiveFile.h"
 #include "tests/support/Bytes.h"
@@ -93,6 +99,45 @@ public:
     bool failing = false;
 };
 
+// The same with a length, as files on a disk have one.
+class SizedFile : public CountingFile {
+public:
+    ULONGLONG GetLength() const override { return bytes.size(); }
+    ULONGLONG GetPosition() const override { return position; }
+};
+
+#ifdef __linux__
+long residentPages() {
+    long whole = 0;
+    long resident = 0;
+    std::ifstream("/proc/self/statm") >> whole >> resident;
+    return resident;
+}
+#endif
+
+// Delivers zeros for ever behind its first bytes, as a device does.
+class EndlessFile : public CountingFile {
+public:
+    UINT Read(void* data, UINT count) override {
+        const UINT real = CountingFile::Read(data, count);
+        std::memset(static_cast<char*>(data) + real, 0, count - real);
+        delivered += count;
+#ifdef __linux__
+        if (delivered > 0x20000000 && pagesHalfWay == 0) pagesHalfWay = residentPages();
+#endif
+        return count;
+    }
+
+    std::uint64_t delivered = 0;
+    long pagesHalfWay = 0;  // memory in use once 512 MiB were delivered
+};
+
+CString nameIn(CArchiveException* e) {
+    const CString name = e->m_strFileName;
+    e->Delete();
+    return name;
+}
+
 }  // namespace
 
 TEST(CArchive, EveryPrimitiveIsItsLittleEndianImage) {
@@ -115,29 +160,47 @@ TEST(CArchive, EveryPrimitiveIsItsLittleEndianImage) {
 }
 
 TEST(CArchive, EveryPrimitiveIsReadBack) {
-    ArchiveFile file(
-        Bytes().u8(0xAB).u8('c').u8(2).u8(0).u16(0x1234).u16(0xFFFE).i32(-3).i64(-5).f64(-2.5));
+    Bytes stored;
+    stored.u8(0xAB).u8('c').u8(2).u8(0).u16(0x1234).u16(0xFFFE).u16(0x263A).i32(-3);
+    stored.u32(0xDEADBEEF).i32(-4).u32(20160311).i64(-5).u64(0x0123456789ABCDEF);
+    stored.u32(0x3FC00000).u64(0xC004000000000000);
+    ArchiveFile file(stored);
     file.load([](CArchive& ar) {
         EXPECT_TRUE(ar.IsLoading());
+        EXPECT_FALSE(ar.IsStoring());
         BYTE byte = 0;
         char character = 0;
         bool two = false;
         bool zero = true;
         WORD word = 0;
         short number = 0;
+        TCHAR unit = 0;
         int integer = 0;
+        unsigned natural = 0;
+        LONG longInteger = 0;
+        DWORD version = 0;
         LONGLONG large = 0;
+        ULONGLONG largest = 0;
+        float small = 0;
         double real = 0;
-        ar >> byte >> character >> two >> zero >> word >> number >> integer >> large >> real;
+        ar >> byte >> character >> two >> zero >> word >> number >> unit >> integer >> natural;
+        ar >> longInteger >> version >> large >> largest >> small >> real;
         EXPECT_EQ(byte, 0xAB);
         EXPECT_EQ(character, 'c');
         EXPECT_TRUE(two);  // any byte but 0 is true
         EXPECT_FALSE(zero);
         EXPECT_EQ(word, 0x1234);
         EXPECT_EQ(number, -2);
+        EXPECT_EQ(unit, static_cast<TCHAR>(0x263A));
         EXPECT_EQ(integer, -3);
+        EXPECT_EQ(natural, 0xDEADBEEFu);
+        EXPECT_EQ(longInteger, -4);
+        EXPECT_EQ(version, 20160311u);
         EXPECT_EQ(large, -5);
+        EXPECT_EQ(largest, 0x0123456789ABCDEFu);
+        EXPECT_EQ(small, 1.5f);
         EXPECT_EQ(real, -2.5);
+        EXPECT_EQ(ar.Read(&byte, 1), 0u);
         return 0;
     });
 }
@@ -178,9 +241,9 @@ TEST(CArchive, UsingTheWrongDirectionThrowsWithTheFilesName) {
         EXPECT_EQ(causeOf([&] { ar << CString(_T("x")); }), CArchiveException::readOnly);
         try {
             ar << 1.0;
+            ADD_FAILURE() << "nothing was thrown";
         } catch (CArchiveException* e) {
-            EXPECT_EQ(test::toPath(e->m_strFileName), file.path());
-            e->Delete();
+            EXPECT_EQ(test::toPath(nameIn(e)), file.path());
         }
         int value = 0;
         ar >> value;
@@ -192,6 +255,14 @@ TEST(CArchive, UsingTheWrongDirectionThrowsWithTheFilesName) {
     char byte = 0;
     EXPECT_EQ(causeOf([&] { ar >> value; }), CArchiveException::writeOnly);
     EXPECT_EQ(causeOf([&] { ar.Read(&byte, 1); }), CArchiveException::writeOnly);
+    CString text;
+    EXPECT_EQ(causeOf([&] { ar >> text; }), CArchiveException::writeOnly);
+    try {
+        ar >> value;
+        ADD_FAILURE() << "nothing was thrown";
+    } catch (CArchiveException* e) {
+        EXPECT_EQ(test::toPath(nameIn(e)), file.path());
+    }
 }
 
 TEST(CArchive, ReadGivesWhatThereIsWithoutAnException) {
@@ -267,6 +338,71 @@ TEST(CArchive, ACallersBufferIsUsedAndStaysTheCallers) {
     }
     EXPECT_EQ(file.bytes.size(), 400u);
     EXPECT_EQ(file.writes, 2);
+}
+
+TEST(CArchive, BlocksPassThroughACallersBufferOfTheCustomarySize) {
+    for (const UINT size : {1u, 4095u, 4096u, 4097u, 3u * 4096u}) {
+        for (const UINT offset : {0u, 1u, 13u, 4095u}) {
+            BYTE buffer[4096];
+            CountingFile file;
+            const std::string bytes = pattern(offset + size + 5);
+            {
+                CArchive ar(&file, CArchive::store, sizeof(buffer), buffer);
+                ar.Write(bytes.data(), offset);
+                ar.Write(bytes.data() + offset, size);
+                ar.Write(bytes.data() + offset + size, 5);
+            }
+            ASSERT_EQ(file.bytes, bytes) << size << " at " << offset;
+            CArchive ar(&file, CArchive::load, sizeof(buffer), buffer);
+            std::string read(bytes.size(), '\0');
+            EXPECT_EQ(ar.Read(read.data(), offset), offset);
+            EXPECT_EQ(ar.Read(read.data() + offset, size), size);
+            EXPECT_EQ(ar.Read(read.data() + offset + size, 100), 5u);
+            EXPECT_EQ(read, bytes) << size << " at " << offset;
+        }
+    }
+}
+
+TEST(CArchive, ACallersBufferWithoutASizeIsNotTouched) {
+    CountingFile file;
+    BYTE buffer[2] = {7, 7};
+    {
+        CArchive ar(&file, CArchive::store, -1, buffer);
+        ar << 0x01020304 << static_cast<BYTE>(5);
+    }
+    EXPECT_EQ(file.bytes, std::string("\4\3\2\1\5"));
+    int value = 0;
+    CArchive ar(&file, CArchive::load, 0, buffer);
+    ar >> value;
+    EXPECT_EQ(value, 0x01020304);
+    EXPECT_EQ(buffer[0], 7);
+    EXPECT_EQ(buffer[1], 7);
+}
+
+TEST(CArchive, NothingPassesThroughADetachedArchive) {
+    CountingFile file;
+    file.bytes = pattern(100);
+    const std::string before = file.bytes;
+    for (const bool aborted : {false, true}) {
+        CArchive out(&file, CArchive::store);
+        CArchive in(&file, CArchive::load);
+        int value = 0;
+        in >> value;
+        if (aborted) {
+            out.Abort();
+            in.Abort();
+        } else {
+            out.Close();
+            in.Close();
+        }
+        EXPECT_EQ(causeOf([&] { out << value; }), CArchiveException::genericException);
+        EXPECT_EQ(causeOf([&] { out.Write("x", 1); }), CArchiveException::genericException);
+        EXPECT_EQ(causeOf([&] { in >> value; }), CArchiveException::genericException);
+        EXPECT_EQ(causeOf([&] { in.Read(&value, 4); }), CArchiveException::genericException);
+        in.Flush();
+        out.Close();
+    }
+    EXPECT_EQ(file.bytes, before);
 }
 
 TEST(CArchive, FlushWhileStoringHandsEverythingToTheFile) {
@@ -412,6 +548,86 @@ TEST(CArchive, LengthsBeyondTheFileEndItWithoutTakingMemory) {
                   CArchiveException::endOfFile);
         EXPECT_TRUE(text == _T("old"));
     }
+}
+
+TEST(CArchive, AClaimBeyondTheFileIsRefusedBeforeItsCharactersAreRead) {
+    const std::string content(8 << 20, 'x');
+    for (const std::uint64_t n :
+         {std::uint64_t{8 << 20} + 1, std::uint64_t{0x7FFFFFFF}, std::uint64_t{0xFFFFFFFE},
+          (std::uint64_t{1} << 63) + 1, std::numeric_limits<std::uint64_t>::max()}) {
+        for (const bool wide : {false, true}) {
+            SizedFile file;
+            Bytes prefix;
+            if (wide) prefix.u8(0xFF).u16(0xFFFE);
+            file.bytes = prefix.length(n).str() + content;
+            CArchive ar(&file, CArchive::load);
+            CString text(_T("old"));
+            EXPECT_EQ(causeOf([&] { ar >> text; }), CArchiveException::endOfFile) << n;
+            EXPECT_LE(file.position, 1u << 16) << n;
+            EXPECT_TRUE(text == _T("old"));
+        }
+    }
+}
+
+TEST(CArchive, AStringThatEndsWithItsFileIsReadWhole) {
+    for (const std::size_t n : {std::size_t{65534}, std::size_t{300000}}) {
+        SizedFile file;
+        file.bytes = Bytes().string(std::string(n, 'w')).narrowString(std::string(n, 'n')).str();
+        CArchive ar(&file, CArchive::load);
+        CString wide;
+        CString narrow;
+        ar >> wide >> narrow;
+        EXPECT_TRUE(wide == CString(static_cast<TCHAR>('w'), static_cast<int>(n)));
+        EXPECT_TRUE(narrow == CString(static_cast<TCHAR>('n'), static_cast<int>(n)));
+        EXPECT_EQ(file.position, file.bytes.size());
+    }
+}
+
+TEST(CArchive, WithoutALengthAClaimIsReadInSmallStepsToTheEnd) {
+    for (const std::uint64_t n : {std::uint64_t{0x30000000}, std::uint64_t{1} << 40}) {
+        CountingFile file;
+        file.bytes = Bytes().length(n).str() + std::string(3 << 20, 'x');
+        CArchive ar(&file, CArchive::load);
+        CString text(_T("old"));
+        EXPECT_EQ(causeOf([&] { ar >> text; }), CArchiveException::endOfFile);
+        EXPECT_EQ(file.position, file.bytes.size());
+        EXPECT_LE(file.largestRead, 1u << 16);
+        EXPECT_TRUE(text == _T("old"));
+    }
+}
+
+TEST(CArchive, CharactersBeyondAnyStringAreAMemoryException) {
+    EndlessFile file;
+    file.bytes = Bytes().length(0x40000000).str();
+    CArchive ar(&file, CArchive::load);
+    CString text(_T("old"));
+#ifdef __linux__
+    const long pagesBefore = residentPages();
+#endif
+    try {
+        ar >> text;
+        ADD_FAILURE() << "nothing was thrown";
+    } catch (CMemoryException* e) {
+        e->Delete();
+    }
+    EXPECT_GE(file.delivered, 0x40000000u);
+    EXPECT_LE(file.largestRead, 1u << 16);
+    EXPECT_TRUE(text == _T("old"));
+#ifdef __linux__
+    EXPECT_LT(file.pagesHalfWay - pagesBefore, (64L << 20) / sysconf(_SC_PAGESIZE));
+#endif
+}
+
+TEST(CArchive, AFileThatClaimsToBeEmptyIsReadAllTheSame) {
+    // Generated files of some systems have content and the length 0.
+    struct UnmeasuredFile : SizedFile {
+        ULONGLONG GetLength() const override { return 0; }
+    } file;
+    file.bytes = Bytes().narrowString(std::string(70000, 'n')).str();
+    CArchive ar(&file, CArchive::load);
+    CString text;
+    ar >> text;
+    EXPECT_EQ(text.GetLength(), 70000);
 }
 
 TEST(CArchive, ASecondMarkerIsALength) {
