@@ -277,7 +277,12 @@ void __cdecl CString::Format(LPCTSTR format, ...) {
 }
 
 void CString::FormatV(LPCTSTR format, va_list arguments) {
-    const std::basic_string<TCHAR> text = afx::format(format, arguments);
+    std::basic_string<TCHAR> text;
+    try {
+        text = afx::format(format, arguments);
+    } catch (const std::bad_alloc&) {
+        AfxThrowMemoryException();
+    }
     assign(text.data(), checkedLength(text.size()));
 }
 
@@ -302,7 +307,11 @@ LPTSTR CString::GetBuffer(int length) {
 }
 
 void CString::ReleaseBuffer(int length) {
-    setLength(m_text, length < 0 ? static_cast<int>(lengthOf(m_text)) : length);
+    const int capacity = headerOf(m_text)->capacity;
+    if (length > capacity) AfxThrowInvalidArgException();
+    // A buffer that was filled to its end has no terminator yet.
+    if (length < 0) length = static_cast<int>(std::find(m_text, m_text + capacity, 0) - m_text);
+    setLength(m_text, length);
 }
 
 CString operator+(const CString& a, const CString& b) {

@@ -6,6 +6,7 @@
 #include <charconv>
 #include <climits>
 #include <cmath>
+#include <cstdlib>
 #include <cstring>
 #include <limits>
 
@@ -184,6 +185,25 @@ Text spellSpecial(double value) {
     return Text(name, name + std::strlen(name));
 }
 
+std::string digitsOf(double value, std::chars_format style, int precision) {
+    // 309 digits before the point at most, and the exponent or the point with its decimals.
+    std::string digits(static_cast<std::size_t>(precision) + 330, '\0');
+    const auto result =
+        std::to_chars(digits.data(), digits.data() + digits.size(), value, style, precision);
+    digits.resize(static_cast<std::size_t>(result.ptr - digits.data()));
+    return digits;
+}
+
+// %#g keeps the zeros at the end, which the general style drops. The exponent decides between the
+// two other styles as the C standard says.
+std::string allDigitsOf(double value, int precision) {
+    const int significant = std::max(precision, 1);
+    std::string scientific = digitsOf(value, std::chars_format::scientific, significant - 1);
+    const int exponent = std::atoi(scientific.c_str() + scientific.find('e') + 1);
+    if (exponent < -4 || exponent >= significant) return scientific;
+    return digitsOf(value, std::chars_format::fixed, significant - 1 - exponent);
+}
+
 void putDouble(Text& out, const Directive& d, double value) {
     const Text sign = signOf(d, std::signbit(value));
     const bool upper = d.conversion == 'E' || d.conversion == 'G' || d.conversion == 'F';
@@ -201,11 +221,9 @@ void putDouble(Text& out, const Directive& d, double value) {
         : d.conversion == 'e' || d.conversion == 'E' ? std::chars_format::scientific
                                                      : std::chars_format::general;
     const int precision = d.precision < 0 ? 6 : d.precision;
-    // 309 digits before the point at most, and the exponent or the point with its decimals.
-    std::string digits(static_cast<std::size_t>(precision) + 330, '\0');
-    const auto result = std::to_chars(digits.data(), digits.data() + digits.size(),
-                                      std::fabs(value), style, precision);
-    digits.resize(static_cast<std::size_t>(result.ptr - digits.data()));
+    std::string digits = d.alternate && style == std::chars_format::general
+                             ? allDigitsOf(std::fabs(value), precision)
+                             : digitsOf(std::fabs(value), style, precision);
     if (upper)
         std::transform(digits.begin(), digits.end(), digits.begin(),
                        [](char c) { return c == 'e' ? 'E' : c; });

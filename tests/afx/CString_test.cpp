@@ -1,6 +1,7 @@
 #include <afx.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstring>
 #include <limits>
@@ -142,6 +143,39 @@ TEST(CString, BuffersAreWritableAndKeepWhatWasThere) {
     EXPECT_EQ(text.GetLength(), 3);
 }
 
+TEST(CString, AFullBufferNeedsNoTerminator) {
+    CString text;
+    std::fill_n(text.GetBuffer(4), 5, static_cast<TCHAR>('x'));
+    text.ReleaseBuffer();
+    EXPECT_EQ(toUtf8(text), "xxxx");
+}
+
+TEST(CString, NoTextIsLongerThanItsBuffer) {
+    CString text(_T("abc"));
+    CString empty;
+    for (CString* changed : {&text, &empty}) {
+        try {
+            changed->ReleaseBuffer(1000);
+            ADD_FAILURE() << "nothing was thrown";
+        } catch (CInvalidArgException* e) {
+            e->Delete();
+        }
+    }
+    EXPECT_EQ(toUtf8(text), "abc");
+    EXPECT_TRUE(empty.IsEmpty());
+}
+
+TEST(CString, ALengthBeyondAnyBufferIsAMemoryException) {
+    CString text(_T("abc"));
+    try {
+        text.GetBuffer(std::numeric_limits<int>::max());
+        ADD_FAILURE() << "nothing was thrown";
+    } catch (CMemoryException* e) {
+        e->Delete();
+    }
+    EXPECT_EQ(toUtf8(text), "abc");
+}
+
 TEST(CString, EmptyDropsTheText) {
     CString text(_T("abc"));
     text.Empty();
@@ -174,6 +208,9 @@ TEST(CString, FormatsIntegersOf32And64Bits) {
               "-9223372036854775808");
     EXPECT_EQ(toUtf8(formatted(_T("%lld %I64u"), 123456789012LL, 18446744073709551615ULL)),
               "123456789012 18446744073709551615");
+    EXPECT_EQ(toUtf8(formatted(_T("%ld %lu %I32d %hd"), static_cast<LONG>(-6),
+                               static_cast<DWORD>(4000000000u), -7, 65535)),
+              "-6 4000000000 -7 -1");
     EXPECT_EQ(toUtf8(formatted(_T("%5d|%-5d|%05d|%+d|% d|%.3d"), 42, 42, 42, 42, 42, 7)),
               "   42|42   |00042|+42| 42|007");
     EXPECT_EQ(toUtf8(formatted(_T("%x %X %#x %o"), 255, 255, 255, 8)), "ff FF 0xff 10");
@@ -202,18 +239,69 @@ TEST(CString, SpellsInfinitiesAndNaNsAsWindowsDoes) {
               "  inf|INF");
 }
 
+TEST(CString, KeepsTheZerosOfAnAlternateGeneralForm) {
+    EXPECT_EQ(toUtf8(formatted(_T("%#g|%#.3g|%#.0g|%#g"), 1.0, 1e5, 2.0, 1e-10)),
+              "1.00000|1.00e+05|2.|1.00000e-10");
+    EXPECT_EQ(toUtf8(formatted(_T("%#g|%#g|%#g|%#g"), 1e-4, 1e-5, 999999.0, 1e6)),
+              "0.000100000|1.00000e-05|999999.|1.00000e+06");
+    EXPECT_EQ(toUtf8(formatted(_T("%#.3G|%#.3f|%#.0f|%#.0e"), 1e-7, 1.0, 3.0, 3.0)),
+              "1.00E-07|1.000|3.|3.e+00");
+}
+
+// The digits of every build are the same: their sum is pinned.
+TEST(CString, FormatsDoublesAlikeInEveryBuild) {
+    std::mt19937_64 random(7);
+    std::uint64_t sum = 14695981039346656037u;
+    for (int i = 0; i < 20000; ++i) {
+        const double value = fromBits(random());
+        const CString text = formatted(_T("%f %.17g %.3e"), value, value, value);
+        for (int k = 0; k < text.GetLength(); ++k)
+            sum = (sum ^ static_cast<std::uint64_t>(text.GetAt(k))) * 1099511628211u;
+    }
+    EXPECT_EQ(sum, 9226775528479824327u);
+}
+
 #ifndef _WIN32
 // The C library here rounds exactly, too; on Windows its spelling differs.
 TEST(CString, FormatsAnyFiniteDoubleAsTheCLibraryDoes) {
     std::mt19937_64 random(1);
-    for (int i = 0; i < 100000; ++i) {
+    for (int i = 0; i < 1000000; ++i) {
         const double value = fromBits(random());
         if (value != value || value - value != 0.0) continue;
         char expected[400];
-        std::snprintf(expected, sizeof(expected), "%f", value);
-        ASSERT_EQ(toUtf8(formatted(_T("%f"), value)), expected);
-        std::snprintf(expected, sizeof(expected), "%.3f|%e|%g", value, value, value);
-        ASSERT_EQ(toUtf8(formatted(_T("%.3f|%e|%g"), value, value, value)), expected);
+        const int length = std::snprintf(expected, sizeof(expected), "%f", value);
+        const CString text = formatted(_T("%f"), value);
+        ASSERT_EQ(text.GetLength(), length) << expected;
+        ASSERT_TRUE(std::equal(expected, expected + length, text.GetString())) << expected;
+    }
+}
+
+TEST(CString, FormatsWithFlagsWidthAndPrecisionAsTheCLibraryDoes) {
+    std::mt19937_64 random(2);
+    const auto pick = [&](unsigned n) { return static_cast<unsigned>(random() % n); };
+    for (int i = 0; i < 100000; ++i) {
+        std::string directive = "%";
+        for (const char flag : {'-', '+', ' ', '#', '0'}) {
+            if (pick(3) == 0) directive += flag;
+        }
+        if (pick(2) == 0) directive += std::to_string(1 + pick(30));
+        if (pick(2) == 0) directive += "." + std::to_string(pick(25));
+        const double real =
+            pick(2) == 0 ? fromBits(random()) : (static_cast<double>(pick(20001)) - 10000) / 8;
+        if (real != real) continue;
+        const long long integer = static_cast<long long>(random()) >> pick(64);
+        const bool isReal = pick(2) == 0;
+        const char conversion = isReal ? "feEgG"[pick(5)] : "diuxXo"[pick(6)];
+        const std::string format = directive + (isReal ? "" : "ll") + conversion;
+        const std::u16string wide(format.begin(), format.end());
+        char expected[500];
+        if (isReal) {
+            std::snprintf(expected, sizeof(expected), format.c_str(), real);
+            ASSERT_EQ(toUtf8(formatted(wide.c_str(), real)), expected) << format;
+        } else {
+            std::snprintf(expected, sizeof(expected), format.c_str(), integer);
+            ASSERT_EQ(toUtf8(formatted(wide.c_str(), integer)), expected) << format;
+        }
     }
 }
 #endif
