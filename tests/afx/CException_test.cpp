@@ -1,6 +1,9 @@
 #include <afx.h>
 #include <gtest/gtest.h>
 
+#include <cerrno>
+#include <utility>
+
 #include "tests/support/TestApp.h"
 #include "tests/support/Text.h"
 
@@ -72,6 +75,49 @@ TEST(CException, CausesHaveTheirNumbers) {
     EXPECT_EQ(CArchiveException::endOfFile, 3);
     EXPECT_EQ(CArchiveException::writeOnly, 4);
     EXPECT_EQ(CArchiveException::badSchema, 7);
+}
+
+TEST(CException, ErrorsOfTheSystemHaveTheirCauses) {
+#ifdef _WIN32
+    const std::pair<LONG, int> known[] = {
+        {0, CFileException::none},
+        {ERROR_FILE_NOT_FOUND, CFileException::fileNotFound},
+        {ERROR_PATH_NOT_FOUND, CFileException::badPath},
+        {ERROR_TOO_MANY_OPEN_FILES, CFileException::tooManyOpenFiles},
+        {ERROR_ACCESS_DENIED, CFileException::accessDenied},
+        {ERROR_INVALID_HANDLE, CFileException::invalidFile},
+        {ERROR_NEGATIVE_SEEK, CFileException::badSeek},
+        {ERROR_CRC, CFileException::hardIO},
+        {ERROR_SHARING_VIOLATION, CFileException::sharingViolation},
+        {ERROR_LOCK_VIOLATION, CFileException::lockViolation},
+        {ERROR_DISK_FULL, CFileException::diskFull},
+        {ERROR_HANDLE_EOF, CFileException::endOfFile},
+        {123456, CFileException::genericException}};
+#else
+    const std::pair<LONG, int> known[] = {{0, CFileException::none},
+                                          {ENOENT, CFileException::fileNotFound},
+                                          {ENOTDIR, CFileException::badPath},
+                                          {EMFILE, CFileException::tooManyOpenFiles},
+                                          {EACCES, CFileException::accessDenied},
+                                          {EISDIR, CFileException::accessDenied},
+                                          {EBADF, CFileException::invalidFile},
+                                          {ESPIPE, CFileException::badSeek},
+                                          {EIO, CFileException::hardIO},
+                                          {EBUSY, CFileException::sharingViolation},
+                                          {ENOSPC, CFileException::diskFull},
+                                          {123456, CFileException::genericException}};
+#endif
+    for (const auto& [osError, cause] : known) {
+        EXPECT_EQ(CFileException::OsErrorToException(osError), cause) << osError;
+        try {
+            CFileException::ThrowOsError(osError, _T("c.cxc"));
+        } catch (CFileException* e) {
+            EXPECT_EQ(e->m_cause, cause);
+            EXPECT_EQ(e->m_lOsError, osError);
+            EXPECT_EQ(test::toUtf8(e->m_strFileName), "c.cxc");
+            e->Delete();
+        }
+    }
 }
 
 TEST(CException, ArchiveExceptionsCarryCauseAndName) {

@@ -86,8 +86,37 @@ TEST_F(CFileTest, TheConstructorThrowsWhatOpenSays) {
         ADD_FAILURE() << "nothing was thrown";
     } catch (CFileException* e) {
         EXPECT_EQ(e->m_cause, CFileException::fileNotFound);
+        EXPECT_EQ(e->m_lOsError, 2);  // "no such file" of Windows and of the others alike
+        EXPECT_EQ(test::toUtf8(e->m_strFileName), test::toUtf8(dir.name("missing")));
         e->Delete();
     }
+}
+
+TEST_F(CFileTest, ReadsAndWritesTheSameFile) {
+    put("a", "0123456789");
+    CFile file(dir.name("a"), CFile::modeReadWrite);
+    char c = 0;
+    EXPECT_EQ(file.Read(&c, 1), 1u);
+    file.Write("AB", 2);
+    EXPECT_EQ(file.GetPosition(), 3u);
+    EXPECT_EQ(file.Read(&c, 1), 1u);
+    EXPECT_EQ(c, '3');
+    file.Close();
+    EXPECT_EQ(get("a"), "0AB3456789");
+}
+
+TEST_F(CFileTest, AnExclusiveFileIsSharedOffWindowsOnly) {
+    put("a", "x");
+    CFile first(dir.name("a"), CFile::modeRead | CFile::shareExclusive);
+    CFile second;
+    CFileException error;
+    const BOOL opened = second.Open(dir.name("a"), CFile::modeRead, &error);
+#ifdef _WIN32
+    EXPECT_FALSE(opened);
+    EXPECT_EQ(error.m_cause, CFileException::sharingViolation);
+#else
+    EXPECT_TRUE(opened);
+#endif
 }
 
 TEST_F(CFileTest, ADirectoryOpensForNothing) {
@@ -145,6 +174,20 @@ TEST_F(CFileTest, TheDestructorAndAbortCloseSilently) {
 }
 
 #ifndef _WIN32
+TEST_F(CFileTest, ADeviceHasNoLengthButCanBeRead) {
+    CFile file(_T("/dev/zero"), CFile::modeRead);
+    try {
+        file.GetLength();
+        ADD_FAILURE() << "nothing was thrown";
+    } catch (CFileException* e) {
+        EXPECT_EQ(e->m_cause, CFileException::badSeek);
+        e->Delete();
+    }
+    char byte = 1;
+    EXPECT_EQ(file.Read(&byte, 1), 1u);
+    EXPECT_EQ(byte, 0);
+}
+
 TEST_F(CFileTest, AFullDeviceIsADiskFullException) {
     CFile file(_T("/dev/full"), CFile::modeWrite);
     try {
