@@ -89,13 +89,15 @@ void CWavChnlChnlData::copy_(double* dst, const double* src, __int64 n) const {
 
 double* CWavChnlChnlData::checkInitData(__int64 n, bool zero) {
     if (n != m_size) cleanData();
-    if (m_data == nullptr) {
+    const bool fresh = m_data == nullptr;
+    if (fresh) {
         // An array of no elements still gets an address of its own.
         m_data = cxc::newArray<double>(n);
         if (m_data == nullptr) return nullptr;
         m_size = n;
     }
-    if (zero) set_(m_data, m_data + m_size, 0.0);
+    // A fresh array is cleared unasked as well: what was in the memory before may not reach a file.
+    if (zero || fresh) set_(m_data, m_data + m_size, 0.0);
     return m_data;
 }
 
@@ -118,7 +120,7 @@ int CWavChnlChnlData::copy2Mtx(double* src, __int64 n) {
         // The source may be part of the old array, which therefore goes last.
         double* fresh = cxc::newArray<double>(n);
         copy_(fresh, src, n);
-        cleanData();
+        if (n != m_size || fresh == nullptr) cleanData();
         if (fresh == nullptr) return 0;
         m_data = fresh;
         m_size = n;

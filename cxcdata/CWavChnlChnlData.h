@@ -50,8 +50,8 @@ public:
 
     /// Makes the values exactly n long and returns them; null when memory is refused or n is
     /// negative (the vector is then empty, but a length that already was n stays). An array of
-    /// the right length is kept. `zero`: every element becomes 0.0; otherwise new elements are
-    /// unspecified.
+    /// the right length is kept. `zero`: every element becomes 0.0; otherwise kept elements stay
+    /// and new ones are not to be relied on.
     double* checkInitData(__int64 n, bool zero);
 
     /// Largest value; 0.0 without values.

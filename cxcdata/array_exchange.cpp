@@ -77,7 +77,10 @@ void fillVectors(Row<const double> row, CWavChnlChnlDatazq* vectors, __int64 col
 
 bool makeVectors(CWavChnlChnlDatazq* vectors, __int64 columns, __int64 nTim) {
     for (__int64 k = 0; k < columns; ++k) {
-        if (vectors[k].checkInitData(nTim, false) == nullptr) return false;
+        // Not cleared: every element is written before anyone sees the vector.
+        double* const values = newArray<double>(nTim);
+        if (values == nullptr) return false;
+        vectors[k].setData(values, nTim);
     }
     return true;
 }

@@ -61,11 +61,15 @@ bool loadMagic(CArchive& ar, LPCTSTR magic, int length) {
 
 __int64 bytesLeft(CArchive& ar) {
     try {
+        const CFile* const file = ar.GetFile();
+        // First, because a file that cannot tell its length cannot take bytes back either.
+        const auto length = static_cast<__int64>(file->GetLength());
         // Gives the bytes that the archive has read ahead back to the file.
         ar.Flush();
-        const CFile* const file = ar.GetFile();
-        return static_cast<__int64>(file->GetLength()) - static_cast<__int64>(file->GetPosition());
+        return length - static_cast<__int64>(file->GetPosition());
     } catch (CFileException* e) {
+        e->Delete();
+    } catch (CNotSupportedException* e) {
         e->Delete();
     }
     return -1;
