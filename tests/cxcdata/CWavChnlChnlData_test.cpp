@@ -133,6 +133,16 @@ TEST(CWavChnlChnlData, ArraysOfVectorsReleaseTheirArrays) {
     delete[] vectors;  // the leak checker looks on
 }
 
+TEST(CWavChnlChnlData, CopyConstructionSharesTheArrays) {
+    Vector source({1, 2});
+    source.m_pairFlag = 9;
+    CWavChnlChnlData copy(source);
+    EXPECT_EQ(copy.m_data, source.m_data);
+    EXPECT_EQ(copy.m_size, 2);
+    EXPECT_EQ(copy.m_pairFlag, 9);
+    copy.deRefData();
+}
+
 // ---- cleaning and the backup
 
 TEST(CWavChnlChnlData, CleanDataEmptiesTheValuesAndLeavesTheBackup) {
@@ -263,6 +273,29 @@ TEST(CWavChnlChnlData, BkDataInOutSaysWhenMemoryIsShort) {
     EXPECT_EQ(v.m_size, 0);
 }
 
+TEST(CWavChnlChnlData, BkDataInOutWithoutMemoryKeepsALengthThatAlreadyFitted) {
+    test::TestApp app;
+    Vector v({1, 2});
+    v.bkDataIn();
+    v.claim(2);
+    const FailingMemory failing(1);
+    EXPECT_EQ(v.bkDataInOut(), 0);
+    EXPECT_EQ(app.messages(), std::vector<std::string>({"Not enough memory!"}));
+    EXPECT_EQ(v.m_data, nullptr);
+    EXPECT_EQ(v.m_size, 2);
+    EXPECT_EQ(v.backup(), Values({1, 2}));
+}
+
+TEST(CWavChnlChnlData, BkDataInOutReplacesValuesOfAnotherLengthAndStartsAtTheFirst) {
+    Vector v({1, 2, 3});
+    v.bkDataIn();
+    v.resize(7);
+    v.m_curIdx = 1;
+    EXPECT_EQ(v.bkDataInOut(), 1);
+    EXPECT_EQ(v.values(), Values({1, 2, 3}));
+    EXPECT_EQ(v.m_curIdx, 0);
+}
+
 // ---- plain copies
 
 TEST(CWavChnlChnlData, SetWritesUpToButExcludingTheEnd) {
@@ -328,8 +361,10 @@ TEST(CWavChnlChnlData, CheckInitDataKeepsAnArrayOfTheRightLength) {
 TEST(CWavChnlChnlData, CheckInitDataAllocatesWhereOnlyTheLengthIsThere) {
     Vector v;
     v.claim(3);
+    v.m_curIdx = 2;
     EXPECT_NE(v.checkInitData(3, true), nullptr);
     EXPECT_EQ(v.values(), Values({0, 0, 0}));
+    EXPECT_EQ(v.m_curIdx, 2);  // the length did not change
 }
 
 TEST(CWavChnlChnlData, CheckInitDataWithoutMemoryLeavesItEmpty) {
@@ -421,8 +456,10 @@ TEST(CWavChnlChnlData, Copy2MtxAllocatesWhereOnlyTheLengthIsThere) {
     double source[2] = {4, 5};
     Vector v;
     v.claim(2);
+    v.m_curIdx = 1;
     EXPECT_EQ(v.copy2Mtx(source, 2), 1);
     EXPECT_EQ(v.values(), Values({4, 5}));
+    EXPECT_EQ(v.m_curIdx, 1);  // the length did not change
 }
 
 TEST(CWavChnlChnlData, Copy2MtxTakesAPartOfTheVectorItself) {
@@ -438,6 +475,26 @@ TEST(CWavChnlChnlData, Copy2MtxWithoutMemoryLeavesItEmpty) {
     EXPECT_EQ(v.copy2Mtx(source, 3), 0);
     EXPECT_EQ(v.m_data, nullptr);
     EXPECT_EQ(v.m_size, 0);
+}
+
+TEST(CWavChnlChnlData, Copy2MtxWithoutMemoryEmptiesALengthWithoutValuesToo) {
+    double source[3] = {4, 5, 6};
+    Vector v;
+    v.claim(3);
+    const FailingMemory failing(1);
+    EXPECT_EQ(v.copy2Mtx(source, 3), 0);
+    EXPECT_EQ(v.m_data, nullptr);
+    EXPECT_EQ(v.m_size, 0);
+}
+
+TEST(CWavChnlChnlData, Copy2MtxOfNothingLeavesNoElementsAndSaysOne) {
+    double source[1] = {4};
+    Vector v({1, 2});
+    v.bkDataIn();
+    EXPECT_EQ(v.copy2Mtx(source, 0), 1);
+    EXPECT_EQ(v.m_size, 0);
+    EXPECT_EQ(v.getValueMax(), 0.0);
+    EXPECT_EQ(v.backup(), Values({1, 2}));
 }
 
 TEST(CWavChnlChnlData, Copy2MtxFromNowhereChangesNothingAndABadLengthEmptiesIt) {
@@ -490,6 +547,26 @@ TEST(CWavChnlChnlData, ResizeOfAFilledVectorWithoutMemoryFailsAndChangesNothing)
     const FailingMemory failing(1);
     EXPECT_EQ(v.resize(5), 0);
     EXPECT_EQ(v.values(), Values({1, 2, 3}));
+}
+
+TEST(CWavChnlChnlData, ResizeToALengthThatNoMemoryHoldsChangesAFilledVectorNot) {
+    for (const __int64 bad : {tooMany, static_cast<__int64>(1LL << 60),
+                              static_cast<__int64>(std::numeric_limits<long long>::max())}) {
+        Vector v({1, 2, 3});
+        v.m_curIdx = 2;
+        EXPECT_EQ(v.resize(bad), 0) << bad;
+        EXPECT_EQ(v.values(), Values({1, 2, 3})) << bad;
+        EXPECT_EQ(v.m_curIdx, 2) << bad;
+    }
+}
+
+TEST(CWavChnlChnlData, ResizeLeavesTheBackup) {
+    Vector v({1, 2, 3});
+    v.bkDataIn();
+    v.resize(5);
+    EXPECT_EQ(v.backup(), Values({1, 2, 3}));
+    v.resize(0);
+    EXPECT_EQ(v.backup(), Values({1, 2, 3}));
 }
 
 // Deliberate: unlike the case above, an empty vector says 1.
@@ -563,6 +640,26 @@ TEST(CWavChnlChnlData, EveryReaderBearsALengthWithoutValues) {
     EXPECT_EQ(v.getSize(), 5);
 }
 
+TEST(CWavChnlChnlData, EveryReaderBearsANegativeLengthBesideAnArray) {
+    Vector v;
+    v.setData(new double[1]{5}, -3);
+    Range r;
+    Statistic s;
+    EXPECT_EQ(rangeOf(v, r), 1);
+    EXPECT_EQ(r.max, 0.0);
+    EXPECT_EQ(statisticOf(v, s), 1);
+    EXPECT_EQ(s.rms, 0.0);
+    EXPECT_EQ(v.getValueMax(), 0.0);
+    EXPECT_EQ(v.allValueNonZero(), 0);
+    EXPECT_EQ(v.normSumSqrt(), 0);
+    EXPECT_EQ(v.polynmlEval(2.0), 0.0);
+    EXPECT_EQ(v.getSelectDataMean(0, 4, 1), 0.0);
+    EXPECT_EQ(v.bkDataIn(), 0);
+    EXPECT_EQ(v.m_data[0], 5.0);
+    EXPECT_EQ(v.resize(2), 1);
+    EXPECT_EQ(v.values(), Values({0, 0}));
+}
+
 // ---- normSumSqrt
 
 TEST(CWavChnlChnlData, NormSumSqrtDividesByTheMeanMagnitudeWithoutARoot) {
@@ -627,6 +724,30 @@ TEST(CWavChnlChnlData, OutputsMayBeElementsOfTheVector) {
     double* const d = v.getData();
     EXPECT_EQ(v.getDataRange(d[0], d[1], d[2]), 1);
     EXPECT_EQ(v.values(), Values({-1, 2, 5}));
+}
+
+TEST(CWavChnlChnlData, StatisticOutputsMayBeElementsOfTheVectorToo) {
+    Vector v({3, -4, 5, 1, 1, 0});
+    double* const d = v.getData();
+    EXPECT_EQ(v.getStatistic(d[0], d[1], d[2], d[3], d[4], d[5]), 1);
+    EXPECT_EQ(v.values(), Values({-4, 1, 5, 1, 14.0 / 6.0, std::sqrt(52.0 / 6.0)}));
+}
+
+TEST(CWavChnlChnlData, SumsAddTheElementsInTheirOrder) {
+    // In any other order the small ones survive.
+    Vector v({1e16, 1, 1, -1e16});
+    Range r;
+    Statistic s;
+    EXPECT_EQ(rangeOf(v, r), 1);
+    EXPECT_EQ(r.mean, 0.0);
+    EXPECT_EQ(statisticOf(v, s), 1);
+    EXPECT_EQ(s.mean, 0.0);
+    EXPECT_EQ(s.mean2, 0.0);
+    EXPECT_EQ(v.getSelectDataMean(0, 3, 0), 0.0);
+    Vector w({1, 1, 1e16, -1e16});
+    EXPECT_EQ(rangeOf(w, r), 1);
+    EXPECT_EQ(r.mean, 0.5);
+    EXPECT_EQ(w.getSelectDataMean(0, 3, 0), 0.5);
 }
 
 TEST(CWavChnlChnlData, ANaNBehindTheFirstNeverReplacesAnExtreme) {

@@ -21,6 +21,27 @@ struct Thrower {
     Thrower() { AfxThrowMemoryException(); }
 };
 
+// An operator new that has nothing left, as the language's own says it.
+struct Refused {
+    static void* operator new(std::size_t) { throw std::bad_alloc(); }
+    static void* operator new[](std::size_t) { throw std::bad_array_new_length(); }
+    static void operator delete(void*) {}
+    static void operator delete[](void*) {}
+    double value = 0.0;
+};
+
+// Holds an array of its own, so that a half-made row must be taken down again.
+struct Part {
+    Part() : array(new double[2]) {
+        if (++s_made == 3) AfxThrowMemoryException();
+        ++s_alive;
+    }
+    ~Part() { --s_alive; }
+    std::unique_ptr<double[]> array;
+    inline static int s_made = 0;
+    inline static int s_alive = 0;
+};
+
 }  // namespace
 
 TEST(Allocation, CountsThatNoArrayCanHaveGiveNull) {
@@ -51,4 +72,26 @@ TEST(Allocation, ARefusingHookMakesItFail) {
 
 TEST(Allocation, AFrameworkExceptionInAConstructorGivesNull) {
     EXPECT_EQ(cxc::newObject<Thrower>(), nullptr);
+}
+
+TEST(Allocation, TheLanguagesOwnExceptionsGiveNullToo) {
+    EXPECT_EQ(cxc::newArray<Refused>(3), nullptr);
+    EXPECT_EQ(cxc::newObject<Refused>(), nullptr);
+}
+
+TEST(Allocation, AnArrayThatFailsInTheMiddleIsTakenDownWhole) {
+    Part::s_made = 0;
+    EXPECT_EQ(cxc::newArray<Part>(5), nullptr);
+    EXPECT_EQ(Part::s_made, 3);
+    EXPECT_EQ(Part::s_alive, 0);
+}
+
+TEST(Allocation, OnlyTheAllocationThatIsMeantToFailFails) {
+    const test::FailingMemory failing(2, true);
+    const std::unique_ptr<double[]> first(cxc::newArray<double>(1));
+    const std::unique_ptr<double[]> second(cxc::newArray<double>(1));
+    const std::unique_ptr<double[]> third(cxc::newArray<double>(1));
+    EXPECT_NE(first, nullptr);
+    EXPECT_EQ(second, nullptr);
+    EXPECT_NE(third, nullptr);
 }

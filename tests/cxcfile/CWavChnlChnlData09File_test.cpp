@@ -5,10 +5,12 @@
 #include "tests/support/ArchiveFile.h"
 #include "tests/support/Bytes.h"
 #include "tests/support/DatasetFixture.h"
+#include "tests/support/MemoryFile.h"
 #include "tests/support/TestApp.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstring>
 #include <functional>
 #include <limits>
@@ -20,6 +22,7 @@ namespace {
 using test::ArchiveFile;
 using test::Bytes;
 using test::FailingMemory;
+using test::MemoryFile;
 using Texts = std::vector<std::string>;
 using Values = std::vector<double>;
 
@@ -101,7 +104,22 @@ protected:
     CWavChnlChnlDatazq v;
 };
 
-// Fails the n-th write that reaches it.
+int loadFrom(MemoryFile& file, CWavChnlChnlDatazq& v) {
+    CArchive ar(&file, CArchive::load);
+    try {
+        const int result = v.serialize(ar);
+        ar.Close();
+        return result;
+    } catch (...) {
+        ar.Abort();
+        throw;
+    }
+}
+
+// Most values that are allocated before the file has shown that it is long enough for them.
+constexpr long long mostUnbacked = 64 * 1024 * 1024 / 8;
+
+// Every write fails.
 class FailingFile : public CFile {
 public:
     void Write(const void*, UINT) override {
@@ -345,7 +363,206 @@ TEST_F(CWavChnlChnlData09FileRecord, ANegativeBackupLengthIsTakenAndCanBeStoredA
     EXPECT_EQ(stored(v), head().i64(0).i32(0).i64(-9).i32(1).str());
 }
 
+TEST_F(CWavChnlChnlData09FileRecord, AMagicWithALengthInTheNextFormIsTheSameMagic) {
+    Bytes bytes = Bytes().u8(0xFF).u16(0xFFFE).u8(0xFF).u16(10).units("MMATRIX1DX").i32(newest);
+    bytes.i64(0).i64(1).i64(2).u16(1).i64(1).i32(1).f64(4.5).i64(0).i32(0);
+    EXPECT_EQ(load(v, bytes), 1);
+    EXPECT_EQ(valuesOf(v), Values({4.5}));
+}
+
+TEST_F(CWavChnlChnlData09FileRecord, AMagicThatAgreesInTheLowBytesOnlyIsRefused) {
+    Bytes bytes = Bytes().u8(0xFF).u16(0xFFFE).u8(10).u16('M' + 0x100).units("MATRIX1DX");
+    EXPECT_EQ(load(v, bytes.i32(newest).i64(0)), 0);
+    EXPECT_EQ(app.messages(), Texts({"Unknown MMatrix1D file!"}));
+}
+
+TEST_F(CWavChnlChnlData09FileRecord, ALongForeignTextIsReadToItsEndAndRefused) {
+    for (const std::size_t length : {254u, 255u, 5000u, 70000u}) {
+        app.clearMessages();
+        ArchiveFile file(head(newest, std::string(length, 'M').c_str()));
+        DWORD next = 0;
+        EXPECT_EQ(file.load([&](CArchive& ar) {
+            const int result = v.serialize(ar);
+            ar >> next;
+            return result;
+        }),
+                  0)
+            << length;
+        EXPECT_EQ(app.messages(), Texts({"Unknown MMatrix1D file!"}));
+        EXPECT_EQ(next, static_cast<DWORD>(newest)) << length;
+    }
+}
+
+TEST_F(CWavChnlChnlData09FileRecord, AMagicLongerThanTheFileEndsItWithoutTakingMemory) {
+    for (const unsigned long long length :
+         {300ULL, 70000ULL, 0xFFFFFFFEULL, 1ULL << 62, 0xFFFFFFFFFFFFFFFFULL}) {
+        give(v, {1, 2});
+        const Bytes wide = Bytes().u8(0xFF).u16(0xFFFE).length(length).units("MMATRIX1DX");
+        EXPECT_EQ(loadCause(v, wide), CArchiveException::endOfFile) << length;
+        const Bytes narrow = Bytes().length(length).u8('M').u8('M');
+        EXPECT_EQ(loadCause(v, narrow), CArchiveException::endOfFile) << length;
+        EXPECT_EQ(valuesOf(v), Values({1, 2}));
+    }
+    EXPECT_TRUE(app.messages().empty());
+}
+
+TEST_F(CWavChnlChnlData09FileRecord, AnEmptyFileEndsItWithoutAMessage) {
+    EXPECT_EQ(loadCause(v, Bytes()), CArchiveException::endOfFile);
+    EXPECT_TRUE(app.messages().empty());
+}
+
+TEST_F(CWavChnlChnlData09FileRecord, AShortValueBlockLeavesTheBackupThatWasThere) {
+    give(v, {1, 2});
+    v.bkDataIn();
+    EXPECT_EQ(load(v, head().i64(3).i32(1).f64(4)), 0);
+    EXPECT_EQ(backupOf(v), Values({1, 2}));
+}
+
+TEST_F(CWavChnlChnlData09FileRecord, ASingleByteOfTheBackupIsEnough) {
+    EXPECT_EQ(load(v, head().i64(0).i32(0).i64(2).i32(1).u8(0)), 1);
+    EXPECT_TRUE(app.messages().empty());
+    EXPECT_EQ(backupOf(v), Values({0, 0}));
+}
+
+// ---- failing reads and long blocks
+
+TEST_F(CWavChnlChnlData09FileRecord, AReadThatFailsWithinTheValuesLeavesAsManyAsAreCounted) {
+    const Bytes bytes = record({1, 2, 3});
+    MemoryFile file(bytes);
+    file.failAt(head().size() + 8 + 4 + 12);
+    try {
+        loadFrom(file, v);
+        ADD_FAILURE() << "nothing was thrown";
+    } catch (CFileException* e) {
+        EXPECT_EQ(e->m_cause, CFileException::hardIO);
+        e->Delete();
+    }
+    ASSERT_EQ(v.m_size, 3);
+    ASSERT_NE(v.m_data, nullptr);
+    EXPECT_EQ(v.m_data[2], 0.0);
+    EXPECT_EQ(v.bkDataIn(), 1);
+    EXPECT_TRUE(app.messages().empty());
+}
+
+TEST_F(CWavChnlChnlData09FileRecord, AReadThatFailsWithinTheBackupLeavesAsManyAsAreCounted) {
+    MemoryFile file(recordWithBackup({1, 2}, {3, 4, 5}));
+    file.failAt(head().size() + 8 + 4 + 16 + 8 + 4 + 12);
+    give(v, {9});
+    v.bkDataIn();
+    try {
+        loadFrom(file, v);
+        ADD_FAILURE() << "nothing was thrown";
+    } catch (CFileException* e) {
+        e->Delete();
+    }
+    EXPECT_EQ(valuesOf(v), Values({1, 2}));
+    ASSERT_EQ(v.m_bkSize, 3);
+    ASSERT_NE(v.m_bkData, nullptr);
+    EXPECT_EQ(v.m_bkData[2], 0.0);
+}
+
+TEST_F(CWavChnlChnlData09FileRecord, LongBlocksPassInStepsOfAtMostOneMebibyte) {
+    constexpr std::size_t count = 300000;  // more than two steps, and not a whole number of them
+    Values values(count);
+    for (std::size_t i = 0; i < count; ++i)
+        values[i] = static_cast<double>(i) + 0.25;
+    give(v, values);
+    v.bkDataIn();
+    MemoryFile written;
+    {
+        CArchive ar(&written, CArchive::store);
+        EXPECT_EQ(v.serialize(ar), 1);
+    }
+    const Bytes expected = recordWithBackup(values, values);
+    ASSERT_TRUE(written.content() == expected.str());
+    EXPECT_LE(written.largestStep(), 1u << 20);
+    MemoryFile file(expected);
+    CWavChnlChnlDatazq back;
+    EXPECT_EQ(loadFrom(file, back), 1);
+    EXPECT_LE(file.largestStep(), 1u << 20);
+    EXPECT_TRUE(valuesOf(back) == values);
+    EXPECT_TRUE(backupOf(back) == values);
+}
+
+TEST_F(CWavChnlChnlData09FileRecord, ALongBlockThatIsCutKeepsWhatCameAndClearsTheRest) {
+    constexpr std::size_t count = 300000;
+    constexpr std::size_t present = 200000;
+    MemoryFile file(head().i64(count).i32(1).f64s(Values(present, 2.5)));
+    EXPECT_EQ(loadFrom(file, v), 0);
+    EXPECT_EQ(app.messages(), Texts({"Read Cxc data error!?"}));
+    Values expected(count, 0.0);
+    std::fill_n(expected.begin(), present, 2.5);
+    EXPECT_TRUE(valuesOf(v) == expected);
+}
+
 // ---- claims and failing memory
+
+TEST_F(CWavChnlChnlData09FileRecord, AClaimUpToTheLimitIsAShortBlock) {
+    EXPECT_EQ(load(v, head().i64(mostUnbacked).i32(1).f64(4)), 0);
+    EXPECT_EQ(app.messages(), Texts({"Read Cxc data error!?"}));
+    EXPECT_EQ(v.m_size, mostUnbacked);
+    EXPECT_EQ(v.m_data[0], 4.0);
+    EXPECT_EQ(v.m_data[mostUnbacked - 1], 0.0);
+}
+
+TEST_F(CWavChnlChnlData09FileRecord, AClaimAboveTheLimitIsNotBelievedWithoutTheBytes) {
+    const FailingMemory counting(0);
+    EXPECT_EQ(load(v, head().i64(mostUnbacked + 1).i32(1).f64(4)), 0);
+    EXPECT_EQ(app.messages(), Texts({"Not enough memory!"}));
+    EXPECT_EQ(v.m_size, 0);
+    EXPECT_EQ(FailingMemory::count(), 0);
+}
+
+TEST_F(CWavChnlChnlData09FileRecord, ABackupClaimAboveTheLimitIsNotBelievedWithoutTheBytes) {
+    EXPECT_EQ(load(v, head().i64(1).i32(1).f64(4).i64(mostUnbacked + 1).i32(1).f64(5)), 0);
+    EXPECT_EQ(app.messages(), Texts({"Not enough memory!"}));
+    EXPECT_EQ(v.m_bkData, nullptr);
+    EXPECT_EQ(v.m_bkSize, mostUnbacked + 1);
+    EXPECT_EQ(valuesOf(v), Values({4}));
+}
+
+TEST_F(CWavChnlChnlData09FileRecord, AClaimThatTheFileBacksIsReadWholeAndInPlace) {
+    MemoryFile file(head().i64(mostUnbacked + 1).i32(1).f64(4.5).f64(5.5));
+    file.appendZeros(static_cast<ULONGLONG>(mostUnbacked - 1) * 8 + 8 + 4);
+    EXPECT_EQ(loadFrom(file, v), 1);
+    EXPECT_TRUE(app.messages().empty());
+    EXPECT_EQ(v.m_size, mostUnbacked + 1);
+    EXPECT_EQ(v.m_data[0], 4.5);
+    EXPECT_EQ(v.m_data[1], 5.5);
+    EXPECT_EQ(v.m_data[mostUnbacked], 0.0);
+}
+
+TEST_F(CWavChnlChnlData09FileRecord, AFileWithoutALengthIsReadAsFarAsItGoes) {
+    for (const bool refusing : {false, true}) {
+        app.clearMessages();
+        MemoryFile file(head().i64(mostUnbacked + 1).i32(1).f64(4.5));
+        refusing ? file.refuseLength() : file.forgetLength();
+        CArchive ar(&file, CArchive::load);
+        EXPECT_EQ(v.serialize(ar), 0);
+        ar.Abort();
+        EXPECT_EQ(app.messages(), Texts({"Read Cxc data error!?"}));
+        EXPECT_EQ(v.m_size, mostUnbacked + 1);
+        EXPECT_EQ(v.m_data[0], 4.5);
+    }
+}
+
+TEST_F(CWavChnlChnlData09FileRecord, EveryAllocationThatFailsEndsInAStatedState) {
+    const Bytes bytes = recordWithBackup({1, 2}, {3, 4, 5});
+    for (int n = 1; n <= 3; ++n) {
+        app.clearMessages();
+        CWavChnlChnlDatazq loaded;
+        give(loaded, {9});
+        loaded.bkDataIn();
+        const FailingMemory failing(n, true);
+        const int result = load(loaded, bytes);
+        EXPECT_EQ(result, n <= 2 ? 0 : 1) << n;
+        EXPECT_EQ(app.messages(), n <= 2 ? Texts({"Not enough memory!"}) : Texts()) << n;
+        EXPECT_EQ(valuesOf(loaded), n == 1 ? Values() : Values({1, 2})) << n;
+        const Values backups[] = {{9}, {}, {3, 4, 5}};
+        EXPECT_EQ(loaded.m_bkData == nullptr, n == 2) << n;
+        EXPECT_EQ(n == 2 ? Values() : backupOf(loaded), backups[n - 1]) << n;
+    }
+}
 
 TEST_F(CWavChnlChnlData09FileRecord, LengthsThatNoMemoryHoldsAreNotEnoughMemory) {
     for (const long long length :
