@@ -3,6 +3,7 @@
 #include "afx/core/utf8.h"
 
 #include <cerrno>
+#include <climits>
 #include <memory>
 #include <mutex>
 
@@ -11,6 +12,18 @@ namespace py = pybind11;
 namespace binding {
 namespace {
 
+// Bytes for error texts: what is no UTF-8, as in file names, stays visible in Python's way.
+std::string bytesOf(const CString& text) {
+    return afx::utf8(text);
+}
+
+py::object textOf(const std::string& bytes) {
+    auto text = py::reinterpret_steal<py::object>(
+        PyUnicode_DecodeFSDefaultAndSize(bytes.data(), static_cast<Py_ssize_t>(bytes.size())));
+    if (!text) throw py::error_already_set();
+    return text;
+}
+
 // The application object of the interpreter: nobody sits here, so boxes are noted and dialogs
 // answered as the call asks.
 class PythonApp : public CWinApp {
@@ -18,7 +31,7 @@ public:
     PythonApp() : CWinApp(_T("cxc")) {}
 
     int DoMessageBox(LPCTSTR text, UINT type, UINT) override {
-        messages.push_back(toText(text));
+        messages.push_back(bytesOf(text));
         return (type & 0xF) == 0 ? IDOK : answers.question;
     }
 
@@ -33,7 +46,9 @@ public:
 };
 
 PythonApp* g_app = nullptr;
-std::mutex g_oneCall;  // the library is made for one thread
+// The library is made for one thread. Only waited for without the interpreter lock, so that the
+// two cannot wait for each other. Recursive: collecting garbage can call in again.
+std::recursive_mutex g_oneCall;
 PyObject* g_error = nullptr;
 
 // What a framework exception leaves when it is caught without the interpreter lock.
@@ -54,11 +69,11 @@ Caught describe(CException* e) {
         caught.kind = Caught::Kind::archive;
         auto* archive = dynamic_cast<CArchiveException*>(e);
         if (archive != nullptr && archive->m_cause == CArchiveException::endOfFile) {
-            caught.text = "the file ends too early";
+            caught.text = "the file ends early";
         } else {
             TCHAR text[300];
             e->GetErrorMessage(text, 300);
-            caught.text = toText(text);
+            caught.text = bytesOf(text);
         }
     }
     e->Delete();
@@ -72,8 +87,8 @@ std::string about(const std::string& subject, const std::string& message) {
 [[noreturn]] void raise(const Caught& caught, const std::string& subject) {
     switch (caught.kind) {
         case Caught::Kind::file: {
+            const py::object name = textOf(subject);
             errno = caught.number;
-            const py::str name(subject);
             PyErr_SetFromErrnoWithFilenameObject(PyExc_OSError, name.ptr());
             break;
         }
@@ -81,28 +96,45 @@ std::string about(const std::string& subject, const std::string& message) {
             PyErr_NoMemory();
             break;
         default:
-            PyErr_SetString(g_error, about(subject, caught.text).c_str());
-            break;
+            fail(about(subject, caught.text));
     }
     throw py::error_already_set();
 }
 
 }  // namespace
 
-std::string toText(const CString& text) {
-    std::string bytes;
-    // Zeros inside the text end what utf8() converts, so it is taken piece by piece.
-    for (int at = 0; at <= text.GetLength();) {
-        const CString piece(text.GetString() + at);
-        if (at > 0) bytes += '\0';
-        bytes += afx::utf8(piece);
-        at += piece.GetLength() + 1;
-    }
-    return bytes;
+py::str toPython(const CString& text) {
+    int littleEndian = -1;
+    auto made = py::reinterpret_steal<py::str>(PyUnicode_DecodeUTF16(
+        reinterpret_cast<const char*>(text.GetString()),
+        static_cast<Py_ssize_t>(text.GetLength()) * static_cast<Py_ssize_t>(sizeof(TCHAR)),
+        "surrogatepass", &littleEndian));
+    if (!made) throw py::error_already_set();
+    return made;
 }
 
-CString toCString(const std::string& text) {
-    return afx::utf16(text);
+CString fromPython(const py::str& text) {
+    const auto bytes = py::reinterpret_steal<py::bytes>(
+        PyUnicode_AsEncodedString(text.ptr(), "utf-16-le", "surrogatepass"));
+    if (!bytes) throw py::error_already_set();
+    const auto units = PyBytes_GET_SIZE(bytes.ptr()) / static_cast<Py_ssize_t>(sizeof(TCHAR));
+    if (units > INT_MAX) throw py::value_error("the text is too long");
+    return CString(reinterpret_cast<LPCTSTR>(PyBytes_AS_STRING(bytes.ptr())),
+                   static_cast<int>(units));
+}
+
+CString toPath(const std::string& path) {
+    if (path.find('\0') != std::string::npos) throw py::value_error("embedded null byte");
+    return afx::utf16(path);
+}
+
+Exclusive::Exclusive() {
+    const py::gil_scoped_release unlocked;
+    g_oneCall.lock();
+}
+
+Exclusive::~Exclusive() {
+    g_oneCall.unlock();
 }
 
 Outcome run(const std::function<int()>& call, const std::string& subject, const Answers& answers) {
@@ -110,7 +142,7 @@ Outcome run(const std::function<int()>& call, const std::string& subject, const 
     Caught caught;
     {
         const py::gil_scoped_release unlocked;
-        const std::lock_guard<std::mutex> one(g_oneCall);
+        const std::lock_guard<std::recursive_mutex> one(g_oneCall);
         g_app->answers = answers;
         g_app->messages.clear();
         try {
@@ -135,7 +167,7 @@ Outcome require(const std::function<int()>& call, const std::string& subject,
 }
 
 void fail(const std::string& message) {
-    PyErr_SetString(g_error, message.c_str());
+    PyErr_SetObject(g_error, textOf(message).ptr());
     throw py::error_already_set();
 }
 

@@ -13,8 +13,13 @@
 
 namespace binding {
 
-std::string toText(const CString& text);
-CString toCString(const std::string& text);
+/// Text as the library holds it and as Python does, unit for unit: also half surrogate pairs and
+/// zeros, which files may hold, come back as they were.
+pybind11::str toPython(const CString& text);
+CString fromPython(const pybind11::str& text);
+
+/// A file name from the system's bytes. Raises ValueError where a zero would cut it short.
+CString toPath(const std::string& path);
 
 /// What the user would have chosen in dialogs during a call.
 struct Answers {
@@ -39,6 +44,16 @@ Outcome run(const std::function<int()>& call, const std::string& subject = {},
 /// `otherwise` when it had none.
 Outcome require(const std::function<int()>& call, const std::string& subject,
                 const std::string& otherwise, const Answers& answers = {});
+
+/// Keeps the library to this thread while Python's side looks into a dataset, so that no call of
+/// another thread changes it meanwhile. The interpreter lock is held again afterwards.
+class Exclusive {
+public:
+    Exclusive();
+    ~Exclusive();
+    Exclusive(const Exclusive&) = delete;
+    Exclusive& operator=(const Exclusive&) = delete;
+};
 
 /// Raises CxcError.
 [[noreturn]] void fail(const std::string& message);

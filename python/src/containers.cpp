@@ -186,11 +186,11 @@ void defineFields(py::class_<Container>& c) {
          "id", [](const Container& k) { return k.fields.m_pkgID; },
          [](Container& k, int id) { k.fields.m_pkgID = id; })
         .def_property(
-            "name", [](const Container& k) { return toText(k.fields.m_pkgName); },
-            [](Container& k, const std::string& text) { k.fields.m_pkgName = toCString(text); })
+            "name", [](const Container& k) { return toPython(k.fields.m_pkgName); },
+            [](Container& k, const py::str& text) { k.fields.m_pkgName = fromPython(text); })
         .def_property(
-            "info", [](const Container& k) { return toText(k.fields.m_pkgInfo); },
-            [](Container& k, const std::string& text) { k.fields.m_pkgInfo = toCString(text); })
+            "info", [](const Container& k) { return toPython(k.fields.m_pkgInfo); },
+            [](Container& k, const py::str& text) { k.fields.m_pkgInfo = fromPython(text); })
         .def_property(
             "show", [](const Container& k) { return k.fields.m_pkgShow; },
             [](Container& k, bool show) { k.fields.m_pkgShow = show; })

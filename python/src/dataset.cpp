@@ -51,14 +51,23 @@ std::shared_ptr<Dataset> fromArray(const Doubles& values) {
 }
 
 Doubles toArray(Dataset& d) {
-    needGrid(d);
-    Doubles values({std::max<__int64>(d.m_cohTimTotal, 0), d.m_snsRowTotal, d.m_snsColTotal});
-    double* const data = values.mutable_data();
-    run([&d, data] {
-        cxc::arrayFromDataset(d, data);
-        return 1;
-    });
-    return values;
+    // Another thread may change the shape between the making of the array and the copy.
+    for (;;) {
+        needGrid(d);
+        const __int64 slices = std::max<__int64>(d.m_cohTimTotal, 0);
+        const __int64 rows = d.m_snsRowTotal;
+        const __int64 cols = d.m_snsColTotal;
+        Doubles values({slices, rows, cols});
+        double* const data = values.mutable_data();
+        const Outcome copied = run([&d, data, slices, rows, cols] {
+            if (!hasGrid(d) || std::max<__int64>(d.m_cohTimTotal, 0) != slices ||
+                d.m_snsRowTotal != rows || d.m_snsColTotal != cols)
+                return 0;
+            cxc::arrayFromDataset(d, data);
+            return 1;
+        });
+        if (copied.result != 0) return values;
+    }
 }
 
 CWavChnlChnlDatazq& pairAt(Dataset& d, __int64 row, __int64 col) {
@@ -78,6 +87,7 @@ Doubles copyOf(const double* values, __int64 count) {
 // Channel numbers of all pairs; member is m_chnlA or m_chnlB.
 template <__int64 CWavChnlChnlData::*member>
 Integers channels(Dataset& d) {
+    const Exclusive here;
     needGrid(d);
     Integers numbers({d.m_snsRowTotal, d.m_snsColTotal});
     auto out = numbers.mutable_unchecked<2>();
@@ -90,6 +100,7 @@ Integers channels(Dataset& d) {
 
 template <__int64 CWavChnlChnlData::*member>
 void setChannels(Dataset& d, const Integers& numbers) {
+    const Exclusive here;
     needGrid(d);
     if (numbers.ndim() != 2 || numbers.shape(0) != d.m_snsRowTotal ||
         numbers.shape(1) != d.m_snsColTotal)
@@ -113,6 +124,7 @@ std::shared_ptr<Dataset> load(const std::string& path) {
 
 // The figures of getStatistics, in its order of summing.
 py::dict statistics(Dataset& d) {
+    const Exclusive here;
     needGrid(d);
     struct {
         double min = 0.0, max = 0.0, mean = 0.0, absMean = 0.0, rms = 0.0;
@@ -170,15 +182,22 @@ py::tuple absoluteRange(Dataset& d, bool time, __int64 begin, __int64 end) {
 
 void exportText(Dataset& d, const std::string& path) {
     Answers answers;
-    answers.filePath = toCString(path);
+    answers.filePath = toPath(path);
     require([&] { return d.exportCxc2txtFile(); }, path, "the text could not be written", answers);
 }
 
 template <CString CSnsCohData::*member>
 void text(DatasetClass& c, const char* name) {
     c.def_property(
-        name, [](const Dataset& d) { return toText(d.*member); },
-        [](Dataset& d, const std::string& value) { d.*member = toCString(value); });
+        name,
+        [](const Dataset& d) {
+            const Exclusive here;
+            return toPython(d.*member);
+        },
+        [](Dataset& d, const py::str& value) {
+            const Exclusive here;
+            d.*member = fromPython(value);
+        });
 }
 
 void defineFields(DatasetClass& c) {
@@ -236,22 +255,28 @@ void defineOperations(DatasetClass& c) {
         .def("to_array", toArray)
         .def("pair",
              [](Dataset& d, __int64 row, __int64 col) {
+                 const Exclusive here;
                  const CWavChnlChnlDatazq& pair = pairAt(d, row, col);
                  return copyOf(pair.m_data, pair.m_size);
              })
         .def("backup",
              [](Dataset& d, __int64 row, __int64 col) {
+                 const Exclusive here;
                  const CWavChnlChnlDatazq& pair = pairAt(d, row, col);
                  return copyOf(pair.m_bkData, pair.m_bkSize);
              })
-        .def("value", &Dataset::getValue)
+        .def("value",
+             [](Dataset& d, __int64 t, __int64 row, __int64 col) {
+                 const Exclusive here;
+                 return d.getValue(t, row, col);
+             })
         .def_property("channels_a", channels<&CWavChnlChnlData::m_chnlA>,
                       setChannels<&CWavChnlChnlData::m_chnlA>)
         .def_property("channels_b", channels<&CWavChnlChnlData::m_chnlB>,
                       setChannels<&CWavChnlChnlData::m_chnlB>)
         .def("set_select", &Dataset::setSelect)
         .def("latency_of", &Dataset::getLatency4PtSecond)
-        .def("type_name", [](Dataset& d) { return toText(d.getChnlTypeIDname()); })
+        .def("type_name", [](Dataset& d) { return toPython(d.getChnlTypeIDname()); })
         .def("save", save)
         .def_static("load", load)
         .def("normalize_rms",
@@ -270,7 +295,7 @@ void defineOperations(DatasetClass& c) {
                      line = d.getStatistics();
                      return 1;
                  });
-                 return toText(line);
+                 return toPython(line);
              })
         .def("add",
              [](Dataset& d, const Dataset& other) {

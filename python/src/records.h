@@ -10,7 +10,7 @@ namespace binding {
 /// Stores `object` in a new file and flushes it to the disk.
 template <class Object>
 void saveRecord(Object& object, const std::string& path, const char* otherwise) {
-    const CString name = toCString(path);
+    const CString name = toPath(path);
     require(
         [&] {
             CFile file(name, CFile::modeCreate | CFile::modeWrite);
@@ -27,7 +27,7 @@ void saveRecord(Object& object, const std::string& path, const char* otherwise) 
 /// Loads `object` from a file.
 template <class Object>
 void loadRecord(Object& object, const std::string& path) {
-    const CString name = toCString(path);
+    const CString name = toPath(path);
     require(
         [&] {
             CFile file(name, CFile::modeRead | CFile::shareDenyWrite);

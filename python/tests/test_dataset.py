@@ -1,6 +1,7 @@
 """Datasets in memory: what goes in comes out, and what does not fit is said."""
 
 import gc
+import threading
 
 import numpy as np
 import pytest
@@ -54,6 +55,31 @@ def test_arrays_are_copies_both_ways():
     del dataset
     gc.collect()
     np.testing.assert_array_equal(pair, kept[:, 1, 2])
+
+
+def test_an_array_is_of_one_moment_while_another_thread_replaces_the_grid():
+    values = cube(60, 150, 150)
+    one = cxc.Dataset.from_array(values)
+    one.accumulate_time()
+    mean = one.to_array()
+    for _ in range(5):
+        dataset = cxc.Dataset.from_array(values)
+        begun = threading.Event()
+
+        def replace():
+            begun.set()
+            dataset.accumulate_time()
+
+        thread = threading.Thread(target=replace)
+        thread.start()
+        begun.wait()
+        seen = []
+        while thread.is_alive():
+            seen.append(dataset.to_array())
+        thread.join()
+        seen.append(dataset.to_array())
+        for array in seen:
+            np.testing.assert_array_equal(array, values if len(array) == 60 else mean)
 
 
 @pytest.mark.parametrize(
