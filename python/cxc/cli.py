@@ -1,6 +1,7 @@
 """The command line: python -m cxc COMMAND.
 
-Exit codes: 0 done, 1 an error told in one line on standard error, 2 wrong usage, 130 interrupted.
+Exit codes: 0 done, 1 an error told in one line on standard error, 2 wrong usage, 130 interrupted,
+141 nobody reads the output any more.
 """
 
 from __future__ import annotations
@@ -17,13 +18,17 @@ from .files import check_output
 
 
 def main(arguments: Sequence[str] | None = None) -> int:
+    _bear_any_text()
     options = _parser().parse_args(arguments)
     try:
         with warnings.catch_warnings():
             warnings.showwarning = _show_warning
             warnings.simplefilter("always", UserWarning)
             options.run(options)
+            sys.stdout.flush()
         return 0
+    except BrokenPipeError:
+        return _end_quietly()
     except (CommandError, CxcError) as error:
         return _complain(str(error))
     except OSError as error:
@@ -36,13 +41,32 @@ def main(arguments: Sequence[str] | None = None) -> int:
         return 130
 
 
+def _bear_any_text() -> None:
+    """Names in files may hold characters that the terminal's encoding lacks."""
+    for stream in (sys.stdout, sys.stderr):
+        if hasattr(stream, "reconfigure"):
+            stream.reconfigure(errors="backslashreplace")
+
+
+def _end_quietly() -> int:
+    """The reader of our output has gone, as `head` does; nothing is left to say to it."""
+    # The interpreter flushes once more at its end.
+    os.dup2(os.open(os.devnull, os.O_WRONLY), sys.stdout.fileno())
+    return 141  # as a program that the signal of a closed pipe ends
+
+
+def _printable(text: str) -> str:
+    """A file's text without what would steer the terminal."""
+    return "".join(c if c.isprintable() else f"\\x{ord(c):02x}" for c in text)
+
+
 def _complain(message: str) -> int:
-    print("cxc: " + " ".join(message.split()), file=sys.stderr)
+    print("cxc: " + _printable(" ".join(message.split())), file=sys.stderr)
     return 1
 
 
 def _show_warning(message, category, filename, lineno, file=None, line=None) -> None:
-    print(f"cxc: warning: {message}", file=sys.stderr)
+    print(f"cxc: warning: {_printable(str(message))}", file=sys.stderr)
 
 
 def progress(items: Iterable, total: int) -> Iterator:
@@ -138,7 +162,7 @@ def _compute(options: argparse.Namespace) -> None:
     result = compute(options.recording, progress=progress, **analysis_of(options))
     dataset = result.dataset()
     dataset.save(output, overwrite=options.force)
-    print(f"{output}: {describe(dataset)}")
+    print(f"{_printable(output)}: {describe(dataset)}")
 
 
 def _info(options: argparse.Namespace) -> None:
@@ -147,8 +171,8 @@ def _info(options: argparse.Namespace) -> None:
     dataset = Dataset.open(options.file)
     low, high = dataset.band
     begin, end = dataset.latency
-    print(f"{options.file}: {describe(dataset)}")
-    print(f"name: {dataset.name}")
+    print(f"{_printable(options.file)}: {describe(dataset)}")
+    print(f"name: {_printable(dataset.name)}")
     print(f"band: {low:g} to {high:g} Hz")
     print(f"slices per second: {dataset.sampling_rate:g}")
     print(f"latency: {begin:g} to {end:g}")
@@ -159,7 +183,7 @@ def _info(options: argparse.Namespace) -> None:
         print(f"values: {figures['min']:g} to {figures['max']:g}, mean {figures['mean']:g}")
     print("computation:")
     for line in dataset.note.splitlines():
-        print("  " + line)
+        print("  " + _printable(line))
 
 
 def _study(options: argparse.Namespace) -> None:

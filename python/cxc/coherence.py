@@ -101,20 +101,20 @@ def make_plan(
     Raises:
         CommandError: an option does not fit; its text says which and why.
     """
-    _require_finite(window=window, step=step, overlap=overlap, segment=segment or 1.0)
+    _require_finite(
+        window=window, step=step, overlap=overlap, segment=1.0 if segment is None else segment
+    )
     if taper not in TAPERS:
         raise CommandError(f"unknown taper '{taper}'; known are {', '.join(TAPERS)}")
     if not 0.0 <= overlap < 1.0:
         raise CommandError(f"the overlap must be at least 0 and below 1, not {overlap:g}")
-    window_points = _samples(window, rate, "window")
-    step_points = _samples(step, rate, "step")
+    window_points = _samples(window, rate, points, "window")
+    step_points = _samples(step, rate, points, "step")
     segment_points = (
-        max(window_points // 4, 1) if segment is None else _samples(segment, rate, "segment")
+        max(window_points // 4, 1)
+        if segment is None
+        else _samples(segment, rate, points, "segment")
     )
-    if window_points > points:
-        raise CommandError(
-            f"the window of {window:g} s is longer than the recording of {points / rate:g} s"
-        )
     hop = max(segment_points - int(round(overlap * segment_points)), 1)
     plan = Plan(
         rate, points, window_points, step_points, segment_points, hop, taper, _band(band, rate)
@@ -237,7 +237,11 @@ def _band(band: tuple[float, float], rate: float) -> tuple[float, float]:
     return low, high
 
 
-def _samples(seconds: float, rate: float, what: str) -> int:
+def _samples(seconds: float, rate: float, points: int, what: str) -> int:
+    if seconds * rate >= points + 0.5:
+        raise CommandError(
+            f"the {what} of {seconds:g} s is longer than the recording of {points / rate:g} s"
+        )
     count = int(round(seconds * rate))
     if count < 1:
         raise CommandError(f"the {what} of {seconds:g} s is shorter than one sample")

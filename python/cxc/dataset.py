@@ -2,15 +2,14 @@
 
 from __future__ import annotations
 
-import contextlib
 import errno
 import os
-import tempfile
-from typing import Iterator, Sequence
+from typing import Sequence
 
 import numpy as np
 
 from . import _core
+from .files import whole_file
 from .forwarded import forwarded
 
 CHANNEL_TYPES = {0: "all", 1: "meg", 2: "eeg", 3: "meg+eeg"}
@@ -116,10 +115,12 @@ class Dataset:
         """Writes the dataset to `path` in the current version.
 
         The file is written under another name in the same folder, flushed to the disk and then
-        renamed: `path` is either as it was or complete.
+        renamed: `path` is either as it was or complete. A file that is replaced keeps its
+        permissions, a symbolic link stays one.
 
         Raises:
             FileExistsError: without `overwrite`, where `path` exists.
+            OSError: `path` is a folder, a device or a pipe, or cannot be written.
         """
         save_record(self._core, path, overwrite)
 
@@ -146,7 +147,7 @@ class Dataset:
         return self._core.slices, self._core.rows, self._core.columns
 
     def __len__(self) -> int:
-        return self._core.slices
+        return max(self._core.slices, 0)  # a file may say anything
 
     def value(self, t: int, row: int, column: int) -> float:
         """One value; indices are checked."""
@@ -331,28 +332,5 @@ def open_dataset(path: str | os.PathLike) -> Dataset:
 
 def save_record(core, path: str | os.PathLike, overwrite: bool) -> None:
     """Saves a dataset, package or group whole or not at all, as `Dataset.save` says."""
-    target = os.fspath(path)
-    if not overwrite and os.path.lexists(target):
-        raise FileExistsError(errno.EEXIST, os.strerror(errno.EEXIST), target)
-    if os.path.isdir(target):
-        raise IsADirectoryError(errno.EISDIR, os.strerror(errno.EISDIR), target)
-    with _draft(target) as draft:
+    with whole_file(path, overwrite=overwrite) as draft:
         core.save(os.fsencode(draft))
-        os.replace(draft, target)
-
-
-@contextlib.contextmanager
-def _draft(target: str) -> Iterator[str]:
-    """A name in the folder of `target` that is gone afterwards, unless it was renamed."""
-    folder, name = os.path.split(target)
-    handle, draft = tempfile.mkstemp(prefix=".", suffix="-" + name, dir=folder or ".")
-    os.close(handle)
-    try:
-        # The usual permissions of a new file, not those of a temporary one.
-        mask = os.umask(0)
-        os.umask(mask)
-        os.chmod(draft, 0o666 & ~mask)
-        yield draft
-    finally:
-        with contextlib.suppress(FileNotFoundError):
-            os.unlink(draft)

@@ -4,14 +4,13 @@ import os
 import subprocess
 import sys
 
+import mne
 import numpy as np
 import pytest
 
 import cxc
 from cxc import simulate
 from cxc.cli import main
-
-mne = pytest.importorskip("mne")
 
 
 def write_recording(path, data, rate=100.0, names=None, types="eeg"):
@@ -116,6 +115,22 @@ def test_bad_outputs_are_found_before_the_work(recording, tmp_path, capsys):
         assert words in failed(capsys, "compute", recording, "-o", output)
 
 
+def test_force_does_not_replace_pipes_and_devices(recording, tmp_path, capsys):
+    pipe = tmp_path / "pipe.cxc"
+    os.mkfifo(pipe)
+    assert "device or a pipe" in failed(capsys, "compute", recording, "-o", pipe, "--force")
+    assert not pipe.is_file()
+
+
+@pytest.mark.parametrize("option", ["--step", "--window", "--segment"])
+@pytest.mark.parametrize("seconds", ["1e300", "1e308", "inf", "nan", "0", "-1"])
+def test_lengths_that_make_no_sense_are_one_line(recording, tmp_path, capsys, option, seconds):
+    output = tmp_path / "out.cxc"
+    line = failed(capsys, "compute", recording, "-o", output, f"{option}={seconds}")
+    assert option.strip("-") in line
+    assert not output.exists()
+
+
 def test_sensors_are_cleaned_and_others_left_out_with_a_reason(tmp_path, capsys):
     path = tmp_path / "mixed_raw.fif"
     names = ["EEG Fp1", "Fc5.", "EEG A2-A1", "ECG ECG", "EEG O2"]
@@ -161,6 +176,37 @@ def test_the_command_runs_as_a_module_and_is_silent_in_a_pipe(recording, tmp_pat
     )
     assert result.returncode == 0 and result.stderr == ""
     assert subprocess.run([sys.executable, "-m", "cxc"], capture_output=True).returncode == 2
+
+
+def run_module(*arguments, **options):
+    return subprocess.run([sys.executable, "-m", "cxc", *map(str, arguments)], **options)
+
+
+def test_names_from_files_do_not_steer_the_terminal(tmp_path):
+    path = tmp_path / "a.cxc"
+    cxc.Dataset.from_array(
+        np.zeros((1, 2, 2)), name="red\x1b[31m\nname: false", note="a\x07b \ud800"
+    ).save(path)
+    result = run_module(
+        "info", path, capture_output=True, env={**os.environ, "PYTHONIOENCODING": "ascii"}
+    )
+    assert result.returncode == 0 and result.stderr == b""
+    lines = result.stdout.decode("ascii").splitlines()
+    assert r"name: red\x1b[31m\x0aname: false" in lines
+    assert "name: false" not in lines
+    assert not any(byte < 32 and byte != 10 for byte in result.stdout)
+
+
+def test_a_reader_that_goes_away_is_no_error_message(recording, tmp_path):
+    output = tmp_path / "a.cxc"
+    read, write = os.pipe()
+    os.close(read)
+    with os.fdopen(write, "wb") as nobody:
+        result = run_module(
+            "compute", recording, "-o", output, stdout=nobody, stderr=subprocess.PIPE
+        )
+    assert result.returncode == 141 and result.stderr == b""
+    assert cxc.open(output).shape == (7, 5, 5)
 
 
 def test_the_demo_makes_everything_and_checks_it(tmp_path, capsys):

@@ -1,8 +1,8 @@
 """Files: against bytes made here, whole or not at all, with errors a user can act on."""
 
 import os
+import stat
 import struct
-import sys
 
 import numpy as np
 import pytest
@@ -202,20 +202,115 @@ def test_nothing_half_written_is_left(tmp_path, values):
     assert os.listdir(tmp_path) == ["a.cxc"]
 
 
-@pytest.mark.skipif(not os.path.exists("/dev/full"), reason="no such device")
 def test_a_full_disk_is_an_os_error(values):
     with pytest.raises(OSError, match="No space left"):
         cxc.Dataset.from_array(values).header.save("/dev/full")
 
 
 def test_names_that_are_no_utf8_work(tmp_path, values):
-    if sys.getfilesystemencoding() != "utf-8":
-        pytest.skip("file names are not UTF-8 here")
     path = os.path.join(os.fsencode(tmp_path), b"\xff\xfe.cxc")
     dataset = cxc.Dataset.from_array(values)
     dataset.header.save(path)
     assert os.path.exists(path)
     np.testing.assert_array_equal(cxc.open(os.fsdecode(path)).to_array(), values)
+
+
+def test_errors_about_names_that_are_no_utf8_keep_their_kind_and_words(tmp_path):
+    path = os.path.join(os.fsencode(tmp_path), b"\xff.cxc")
+    with pytest.raises(FileNotFoundError) as missing:
+        cxc.open(os.fsdecode(path))
+    assert os.fsencode(missing.value.filename) == path
+    with open(path, "wb") as file:
+        file.write(text("SOMETHING"))
+    with pytest.raises(cxc.CxcError, match="not CCoherenceData09File or corrupted!"):
+        cxc.open(os.fsdecode(path))
+
+
+def test_a_zero_in_a_name_does_not_cut_it_short(tmp_path, values):
+    dataset = cxc.Dataset.from_array(values)
+    dataset.save(tmp_path / "a")
+    for use in (cxc.open, dataset.save, dataset.export_text):
+        with pytest.raises(ValueError):
+            use(str(tmp_path / "a") + "\0b.cxc")
+    assert os.listdir(tmp_path) == ["a"]
+
+
+def test_an_empty_file_ends_early(tmp_path):
+    path = tmp_path / "a.cxc"
+    path.write_bytes(b"")
+    with pytest.raises(cxc.CxcError, match="ends early"):
+        cxc.open(path)
+
+
+def test_texts_come_back_unit_for_unit(tmp_path, values):
+    path = tmp_path / "a.cxc"
+    dataset = cxc.Dataset.from_array(values)
+    for name in ("half \ud800", "raw \udcff", "zero \0 inside", "pair \U0001f9e0"):
+        dataset.name = dataset.note = name
+        dataset.save(path)
+        again = cxc.open(path)
+        assert again.name == name and again.note == name
+
+
+def test_pipes_and_devices_are_not_replaced(tmp_path, values):
+    path = tmp_path / "pipe.cxc"
+    os.mkfifo(path)
+    with pytest.raises(OSError, match="device or a pipe") as caught:
+        cxc.Dataset.from_array(values).save(path)
+    assert caught.value.filename == str(path)
+    assert stat.S_ISFIFO(os.stat(path).st_mode)
+    assert os.listdir(tmp_path) == ["pipe.cxc"]
+
+
+def test_a_link_stays_a_link_and_a_file_keeps_its_permissions(tmp_path, values):
+    dataset = cxc.Dataset.from_array(values)
+    real, link = tmp_path / "real.cxc", tmp_path / "link.cxc"
+    real.write_bytes(b"")
+    real.chmod(0o640)
+    link.symlink_to("real.cxc")
+    dataset.save(link)
+    assert link.is_symlink() and not real.is_symlink()
+    assert stat.S_IMODE(real.stat().st_mode) == 0o640
+    np.testing.assert_array_equal(cxc.open(real).to_array(), values)
+
+
+def test_a_new_file_gets_the_usual_permissions(tmp_path, values):
+    mask = os.umask(0o027)
+    try:
+        cxc.Dataset.from_array(values).save(tmp_path / "a.cxc")
+    finally:
+        os.umask(mask)
+    assert stat.S_IMODE((tmp_path / "a.cxc").stat().st_mode) == 0o640
+
+
+def test_a_name_may_be_as_long_as_the_file_system_allows(tmp_path, values):
+    path = tmp_path / ("n" * 251 + ".cxc")
+    cxc.Dataset.from_array(values).save(path)
+    assert cxc.open(path).shape == values.shape
+
+
+def test_a_failed_save_tells_of_the_users_name(tmp_path, values):
+    path = tmp_path / ("n" * 300 + ".cxc")
+    with pytest.raises(OSError) as caught:
+        cxc.Dataset.from_array(values).save(path)
+    assert caught.value.filename == str(path)
+    assert os.listdir(tmp_path) == []
+
+
+def test_a_file_with_negative_counts_has_no_slices(tmp_path):
+    path = tmp_path / "a.cxc"
+    path.write_bytes(
+        start(20160311)
+        + struct.pack("<i7qi", 0, -4, 0, 0, 0, 0, -1, -5, 0)
+        + header_to_25(2)
+        + header_26_to_31()
+        + text("how")
+        + struct.pack("<q3d2i", 0, 0.0, 1.0, 0.0, 1, 0)
+    )
+    dataset = cxc.open(path)
+    assert len(dataset) == 0 and dataset.shape == (-4, -1, -5)
+    with pytest.raises(cxc.CxcError, match="no values"):
+        dataset.to_array()
 
 
 def test_the_text_export_is_the_librarys(tmp_path):

@@ -3,7 +3,7 @@
 import numpy as np
 import pytest
 
-plot = pytest.importorskip("cxc.plot")
+from cxc import plot
 
 
 def matrix(count, seed=1):

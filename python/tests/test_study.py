@@ -2,6 +2,7 @@
 
 import os
 
+import mne
 import numpy as np
 import pytest
 
@@ -10,8 +11,6 @@ from cxc.cli import main
 from cxc.coherence import coherence, make_plan
 from cxc.errors import CommandError
 from cxc.study import Subject, subjects_of
-
-mne = pytest.importorskip("mne")
 
 RATE = 100.0
 OPTIONS = ["--window", "2", "--step", "1", "--segment", "0.5"]
