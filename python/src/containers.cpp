@@ -29,6 +29,7 @@ public:
 
     template <class Call>
     void with(Call call) {
+        const Exclusive here;  // nobody else may find the slots lent
         const Lent lent(*this);
         call();
     }
@@ -95,6 +96,7 @@ public:
     /// Calls the library with the list lent; entries that it appends become members.
     template <class Call>
     void with(Call call) {
+        const Exclusive here;
         const Returned returned(*this);
         for (const Shared& member : members)
             fields.m_cohDatasets.Add(member.get());
