@@ -1,4 +1,9 @@
-// Common controls: only the system's own declarations so far.
+// Common controls.
 #pragma once
 
 #include "afxwin.h"
+
+#include "afx_headerctrl.h"
+#include "afx_imagelist.h"
+#include "afx_listctrl.h"
+#include "afx_richeditctrl.h"

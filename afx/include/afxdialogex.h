@@ -1,4 +1,5 @@
-// Dialogs with a background of their own: nothing beyond afxwin.h so far.
+// Dialogs with a background of their own.
 #pragma once
 
+#include "afx_dialogex.h"
 #include "afxwin.h"

@@ -7,6 +7,7 @@
 
 #include "afx/core/app_platform.h"
 #include "afx/core/window_link.h"
+#include "afx/win32/handle_map.h"
 #include "afx/win32/module_state.h"
 
 #include <vector>
@@ -119,6 +120,7 @@ BOOL CWinApp::PreTranslateMessage(MSG* pMsg) {
 
 BOOL CWinApp::OnIdle(LONG) {
     WindowLink::freeTemporaries();
+    afx::freeTemporaryObjects();
     return FALSE;
 }
 

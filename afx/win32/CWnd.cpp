@@ -6,14 +6,15 @@
 #include "afx_module.h"
 
 #include "afx/core/window_link.h"
+#include "afx/win32/current_message.h"
+#include "afx/win32/window_creation.h"
 
 #include <set>
 #include <string>
 
 namespace {
 
-// The message that a window procedure is working on, the innermost one.
-MSG currentMessage = {};
+MSG innermostMessage = {};
 
 CWnd* windowInCreation = nullptr;
 HHOOK creationHook = nullptr;
@@ -39,6 +40,35 @@ LRESULT CALLBACK meetNewWindow(int code, WPARAM wParam, LPARAM lParam) {
 }
 
 }  // namespace
+
+namespace afx {
+
+const MSG& currentMessage() {
+    return innermostMessage;
+}
+
+void initCommonControls() {
+    static const bool done = [] {
+        const INITCOMMONCONTROLSEX classes = {sizeof(INITCOMMONCONTROLSEX),
+                                              ICC_STANDARD_CLASSES | ICC_WIN95_CLASSES};
+        return ::InitCommonControlsEx(&classes) != FALSE;
+    }();
+    static_cast<void>(done);
+}
+
+}  // namespace afx
+
+WindowCreation::WindowCreation(CWnd& wnd)
+    : m_outerWindow(windowInCreation), m_outerHook(creationHook) {
+    windowInCreation = &wnd;
+    creationHook = ::SetWindowsHookEx(WH_CBT, meetNewWindow, nullptr, ::GetCurrentThreadId());
+}
+
+WindowCreation::~WindowCreation() {
+    ::UnhookWindowsHookEx(creationHook);
+    creationHook = m_outerHook;
+    windowInCreation = m_outerWindow;
+}
 
 HWND WindowLink::unsubclass(CWnd& wnd) {
     const HWND handle = wnd.m_hWnd;
@@ -71,10 +101,11 @@ LRESULT WindowLink::guarded(CWnd& wnd, const MSG& msg) {
 LRESULT CALLBACK WindowLink::procedure(HWND handle, UINT message, WPARAM wParam, LPARAM lParam) {
     CWnd* const wnd = CWnd::FromHandlePermanent(handle);
     if (wnd == nullptr) return ::DefWindowProc(handle, message, wParam, lParam);
-    const MSG outer = currentMessage;
-    currentMessage = MSG{handle, message, wParam, lParam, outer.time, outer.pt};
-    const LRESULT result = guarded(*wnd, currentMessage);
-    currentMessage = outer;
+    const MSG outer = innermostMessage;
+    const MSG current = {handle, message, wParam, lParam, outer.time, outer.pt};
+    innermostMessage = current;
+    const LRESULT result = guarded(*wnd, current);
+    innermostMessage = outer;
     // The last message of a window. The object may have detached itself while handling it.
     if (message == WM_NCDESTROY && CWnd::FromHandlePermanent(handle) == wnd) {
         unsubclass(*wnd);
@@ -88,16 +119,10 @@ BOOL CWnd::CreateEx(DWORD dwExStyle, LPCTSTR lpszClassName, LPCTSTR lpszWindowNa
                     LPVOID lpParam) {
     if (m_hWnd != nullptr) return FALSE;
     const LPCTSTR className = lpszClassName != nullptr ? lpszClassName : AfxRegisterWndClass(0);
-    CWnd* const outerWindow = windowInCreation;
-    const HHOOK outerHook = creationHook;
-    windowInCreation = this;
-    creationHook = ::SetWindowsHookEx(WH_CBT, meetNewWindow, nullptr, ::GetCurrentThreadId());
+    const WindowCreation creation(*this);
     const HWND handle =
         ::CreateWindowEx(dwExStyle, className, lpszWindowName, dwStyle, x, y, nWidth, nHeight,
                          hWndParent, nIDorHMenu, AfxGetInstanceHandle(), lpParam);
-    ::UnhookWindowsHookEx(creationHook);
-    creationHook = outerHook;
-    windowInCreation = outerWindow;
     // A refused window has said goodbye to the object already, and the object may be gone.
     return handle != nullptr;
 }
@@ -118,17 +143,14 @@ BOOL CWnd::PreTranslateMessage(MSG*) {
     return FALSE;
 }
 
-LRESULT CWnd::WindowProc(UINT message, WPARAM wParam, LPARAM lParam) {
-    return DefWindowProc(message, wParam, lParam);
-}
-
 LRESULT CWnd::DefWindowProc(UINT message, WPARAM wParam, LPARAM lParam) {
     if (m_pfnSuper != nullptr) return ::CallWindowProc(m_pfnSuper, m_hWnd, message, wParam, lParam);
     return ::DefWindowProc(m_hWnd, message, wParam, lParam);
 }
 
 LRESULT CWnd::Default() {
-    return DefWindowProc(currentMessage.message, currentMessage.wParam, currentMessage.lParam);
+    const MSG& msg = afx::currentMessage();
+    return DefWindowProc(msg.message, msg.wParam, msg.lParam);
 }
 
 void CWnd::PreSubclassWindow() {}

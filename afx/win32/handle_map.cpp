@@ -1,0 +1,22 @@
+#include "afx/win32/handle_map.h"
+
+namespace afx {
+namespace {
+
+std::vector<FreeTemporaries>& maps() {
+    static std::vector<FreeTemporaries>& all = *new std::vector<FreeTemporaries>;
+    return all;
+}
+
+}  // namespace
+
+void addTemporaries(FreeTemporaries freeThem) {
+    maps().push_back(freeThem);
+}
+
+void freeTemporaryObjects() {
+    for (const FreeTemporaries freeThem : maps())
+        freeThem();
+}
+
+}  // namespace afx
