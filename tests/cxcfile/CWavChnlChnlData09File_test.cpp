@@ -500,7 +500,8 @@ TEST_F(CWavChnlChnlData09FileRecord, ALongBlockThatIsCutKeepsWhatCameAndClearsTh
 TEST_F(CWavChnlChnlData09FileRecord, AClaimUpToTheLimitIsAShortBlock) {
     EXPECT_EQ(load(v, head().i64(mostUnbacked).i32(1).f64(4)), 0);
     EXPECT_EQ(app.messages(), Texts({"Read Cxc data error!?"}));
-    EXPECT_EQ(v.m_size, mostUnbacked);
+    ASSERT_EQ(v.m_size, mostUnbacked);
+    ASSERT_NE(v.m_data, nullptr);
     EXPECT_EQ(v.m_data[0], 4.0);
     EXPECT_EQ(v.m_data[mostUnbacked - 1], 0.0);
 }
@@ -526,7 +527,8 @@ TEST_F(CWavChnlChnlData09FileRecord, AClaimThatTheFileBacksIsReadWholeAndInPlace
     file.appendZeros(static_cast<ULONGLONG>(mostUnbacked - 1) * 8 + 8 + 4);
     EXPECT_EQ(loadFrom(file, v), 1);
     EXPECT_TRUE(app.messages().empty());
-    EXPECT_EQ(v.m_size, mostUnbacked + 1);
+    ASSERT_EQ(v.m_size, mostUnbacked + 1);
+    ASSERT_NE(v.m_data, nullptr);
     EXPECT_EQ(v.m_data[0], 4.5);
     EXPECT_EQ(v.m_data[1], 5.5);
     EXPECT_EQ(v.m_data[mostUnbacked], 0.0);
@@ -541,7 +543,8 @@ TEST_F(CWavChnlChnlData09FileRecord, AFileWithoutALengthIsReadAsFarAsItGoes) {
         EXPECT_EQ(v.serialize(ar), 0);
         ar.Abort();
         EXPECT_EQ(app.messages(), Texts({"Read Cxc data error!?"}));
-        EXPECT_EQ(v.m_size, mostUnbacked + 1);
+        ASSERT_EQ(v.m_size, mostUnbacked + 1);
+        ASSERT_NE(v.m_data, nullptr);
         EXPECT_EQ(v.m_data[0], 4.5);
     }
 }
