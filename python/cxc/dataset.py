@@ -71,7 +71,7 @@ class Dataset:
         """A dataset with a copy of `values`, an array [slice, row sensor, column sensor].
 
         Args:
-            values: real numbers; all slices are selected.
+            values: real numbers, none masked; all slices are selected.
             sampling_rate: slices per second.
             latency: begin and end of the analysis, in the unit of the analysis.
             band: frequencies in Hz.
@@ -81,10 +81,12 @@ class Dataset:
                 channels[r] and channels[c].
             channel_type: 0 all, 1 MEG, 2 EEG, 3 MEG and EEG.
         """
+        if np.ma.is_masked(values):
+            raise ValueError("values are masked; fill them first")
         array = np.asarray(values)
         if array.ndim != 3:
             raise ValueError("values must have the axes [slice, row, column]")
-        if not (np.issubdtype(array.dtype, np.floating) or np.issubdtype(array.dtype, np.integer)):
+        if array.dtype.kind not in "fiu":
             raise ValueError(f"values must be real numbers, not {array.dtype}")
         dataset = cls(_core.Dataset.from_array(array))
         dataset.sampling_rate = sampling_rate
@@ -124,16 +126,21 @@ class Dataset:
         """
         save_record(self._core, path, overwrite)
 
-    def export_text(self, path: str | os.PathLike) -> str:
+    def export_text(self, path: str | os.PathLike, *, overwrite: bool = True) -> str:
         """Writes the library's text: UTF-16LE, one block per slice, one line per row.
 
-        The library adds ".txt" to a path that does not contain it. Returns the path written.
+        As the library does, ".txt" is added to a path that does not contain it. Returns the path
+        written. The file is whole or not there, with the errors of `save`.
         """
-        target = os.path.abspath(os.fspath(path))
+        target = os.path.abspath(os.fsdecode(path))
         if os.path.isdir(target):
             raise IsADirectoryError(errno.EISDIR, os.strerror(errno.EISDIR), target)
-        self._core.export_text(os.fsencode(target))
-        return target if ".txt" in target else target + ".txt"
+        if ".txt" not in target:
+            target += ".txt"
+        # The draft has the extension too, or the library would add one to it.
+        with whole_file(target, overwrite=overwrite, extension=".txt") as draft:
+            self._core.export_text(os.fsencode(draft), os.fsencode(target))
+        return target
 
     # -- values
 

@@ -47,10 +47,12 @@ def check_folder(folder: str) -> None:
 
 
 @contextlib.contextmanager
-def whole_file(path: str | os.PathLike, *, overwrite: bool = True) -> Iterator[str]:
+def whole_file(
+    path: str | os.PathLike, *, overwrite: bool = True, extension: str | None = None
+) -> Iterator[str]:
     """Gives a name in the folder of `path` to write to; it becomes `path` when all went well.
 
-    The name ends with the extension of `path`. On any exception, also an interrupt, nothing is
+    The name ends with `extension`, or else with that of `path`. On any exception, also an interrupt, nothing is
     left of it and `path` is as before. A symbolic link stays one, and a file that is replaced
     keeps its permissions.
 
@@ -61,9 +63,9 @@ def whole_file(path: str | os.PathLike, *, overwrite: bool = True) -> Iterator[s
     path = os.fsdecode(path)
     target = os.path.realpath(path) if os.path.islink(path) else path
     permissions = _permissions(path, target, overwrite)
-    draft = os.path.join(
-        os.path.dirname(target), f".{secrets.token_hex(8)}{os.path.splitext(target)[1][:16]}"
-    )
+    if extension is None:
+        extension = os.path.splitext(target)[1][:16]
+    draft = os.path.join(os.path.dirname(target), f".{secrets.token_hex(8)}{extension}")
     try:
         # An ordinary creation, so that the new file gets the permissions that the user wants.
         os.close(os.open(draft, os.O_WRONLY | os.O_CREAT | os.O_EXCL, 0o666))

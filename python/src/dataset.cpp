@@ -180,10 +180,13 @@ py::tuple absoluteRange(Dataset& d, bool time, __int64 begin, __int64 end) {
     return py::make_tuple(low, high);
 }
 
-void exportText(Dataset& d, const std::string& path) {
+// Errors name `target`, which the user knows.
+void exportText(Dataset& d, const std::string& path, const std::string& target) {
+    needGrid(d);
     Answers answers;
     answers.filePath = toPath(path);
-    require([&] { return d.exportCxc2txtFile(); }, path, "the text could not be written", answers);
+    require([&] { return d.exportCxc2txtFile(); }, target, "the text could not be written",
+            answers);
 }
 
 template <CString CSnsCohData::*member>

@@ -90,10 +90,26 @@ def test_other_shapes_are_refused(bad):
         cxc.Dataset.from_array(bad)
 
 
-@pytest.mark.parametrize("bad", [np.zeros((2, 2, 2), complex), np.full((2, 2, 2), "x")])
+@pytest.mark.parametrize(
+    "bad",
+    [
+        np.zeros((2, 2, 2), complex),
+        np.zeros((2, 2, 2), bool),
+        np.zeros((2, 2, 2), "m8[s]"),
+        np.full((2, 2, 2), "x"),
+    ],
+)
 def test_other_kinds_of_values_are_refused(bad):
     with pytest.raises(ValueError, match="real numbers"):
         cxc.Dataset.from_array(bad)
+
+
+def test_masked_values_do_not_slip_in():
+    values = np.ma.masked_array(cube(), mask=False)
+    np.testing.assert_array_equal(cxc.Dataset.from_array(values).to_array(), values.data)
+    values[1, 2, 3] = np.ma.masked
+    with pytest.raises(ValueError, match="masked"):
+        cxc.Dataset.from_array(values)
 
 
 def test_the_description_is_kept():
@@ -166,7 +182,7 @@ def test_the_selection_is_clamped_as_the_library_does():
     assert dataset.selection == (5, 5)
 
 
-def test_a_dataset_without_values_says_so():
+def test_a_dataset_without_values_says_so(tmp_path):
     empty = cxc.Dataset()
     for use in (
         empty.to_array,
@@ -179,10 +195,12 @@ def test_a_dataset_without_values_says_so():
         empty.accumulate_time,
         lambda: empty.channels_a,
         lambda: empty.pair(0, 0),
+        lambda: empty.export_text(tmp_path / "a.txt"),
         lambda: empty.add(empty),
     ):
         with pytest.raises(cxc.CxcError):
             use()
+    assert not list(tmp_path.iterdir())
 
 
 def test_slices_are_counted_as_the_library_does():

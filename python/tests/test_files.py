@@ -3,11 +3,14 @@
 import os
 import stat
 import struct
+import tempfile
 
 import numpy as np
 import pytest
 
 import cxc
+
+NOBODY = 65534  # a user without rights
 
 
 def text(value: str) -> bytes:
@@ -153,7 +156,7 @@ def test_a_file_cut_anywhere_is_an_error_and_never_a_dataset(tmp_path, values):
     cxc.Dataset.from_array(values).save(whole)
     data = whole.read_bytes()
     path = tmp_path / "cut.cxc"
-    for size in range(0, len(data), 7):
+    for size in range(len(data)):
         path.write_bytes(data[:size])
         with pytest.raises(cxc.CxcError) as caught:
             cxc.open(path)
@@ -324,5 +327,52 @@ def test_the_text_export_is_the_librarys(tmp_path):
     with open(path, "rb") as file:
         assert file.read() == expected.encode("utf-16-le")
     assert dataset.export_text(tmp_path / "b") == str(tmp_path / "b.txt")
-    with pytest.raises(cxc.CxcError):
+    with pytest.raises(FileNotFoundError) as caught:
         dataset.export_text(tmp_path / "no" / "a.txt")
+    assert caught.value.filename == str(tmp_path / "no" / "a.txt")
+    with pytest.raises(IsADirectoryError):
+        dataset.export_text(tmp_path)
+
+
+def test_the_text_has_the_name_that_was_asked_for(tmp_path, values):
+    dataset = cxc.Dataset.from_array(values)
+    # ".txt" counts wherever it stands in the path.
+    assert dataset.export_text(tmp_path / "a.txt.old") == str(tmp_path / "a.txt.old")
+    with pytest.raises(FileExistsError):
+        dataset.export_text(tmp_path / "a.txt.old", overwrite=False)
+    assert os.listdir(tmp_path) == ["a.txt.old"]
+
+
+@pytest.fixture
+def ordinary_folder():
+    """A folder with files, seen by a user for whom permissions count."""
+    with tempfile.TemporaryDirectory() as folder:
+        os.chmod(folder, 0o755)
+        user = os.geteuid()
+        if user == 0:
+            os.chown(folder, NOBODY, -1)
+            os.seteuid(NOBODY)
+        try:
+            yield folder
+        finally:
+            os.chmod(folder, 0o755)
+            os.seteuid(user)
+
+
+def test_places_that_may_not_be_written_or_read_are_permission_errors(ordinary_folder, values):
+    dataset = cxc.Dataset.from_array(values)
+    path = os.path.join(ordinary_folder, "a.cxc")
+    dataset.save(path)
+    os.chmod(path, 0)
+    os.chmod(ordinary_folder, 0o555)
+    new = os.path.join(ordinary_folder, "new.cxc")
+    for use, name in [
+        (lambda: cxc.open(path), path),
+        (lambda: dataset.save(path), path),
+        (lambda: dataset.save(new), new),
+        (lambda: dataset.export_text(new), new + ".txt"),
+    ]:
+        with pytest.raises(PermissionError) as caught:
+            use()
+        assert caught.value.filename == name
+    assert os.listdir(ordinary_folder) == ["a.cxc"]
