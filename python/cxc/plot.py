@@ -25,6 +25,8 @@ _FAINT = "#6e6e6e"
 _ROWS = (
     "fp", "af", "f", "ft", "fc", "a", "t", "c", "tp", "cp", "p", "po", "o", "i",
 )  # fmt: skip
+# Older names of four sites, which would stand in the wrong row.
+_RENAMED = {"t3": "t7", "t4": "t8", "t5": "p7", "t6": "p8"}
 _SITE = re.compile(r"(fp|af|ft|fc|tp|cp|po|f|t|c|p|o|i|a)(z|\d{1,2})h?", re.I)
 
 
@@ -125,7 +127,7 @@ def circle(
     for (row, column), value in reversed(list(zip(strongest, picked))):
         share = 1.0 if reach == least else (abs(value) - least) / (reach - least)
         curve = Path(
-            [points[row], (points[row] + points[column]) * 0.18, points[column]],
+            [points[row], _bend(points[row], points[column]), points[column]],
             [Path.MOVETO, Path.CURVE3, Path.CURVE3],
         )
         axes.add_patch(
@@ -182,22 +184,32 @@ def _angles(labels: list[str]) -> np.ndarray:
     left, right, top, bottom = order
     # Clockwise from the middle of the top: top, right side, bottom, left side.
     ring = top[len(top) // 2 :] + right + bottom + left[::-1] + top[: len(top) // 2]
-    gaps = np.ones(count)  # room before each sensor of the ring
-    offset = len(top) // 2
+    # An even number of sensors at the top stands half a place to each side of its middle.
+    shift = 0.5 if len(top) % 2 == 0 else 0.0
     angles = np.empty(count)
-    turns = (np.cumsum(gaps) - gaps[0]) / gaps.sum()
-    shift = 0.5 / count if len(top) % 2 == 0 else 0.0
-    for place, index in enumerate(ring):
-        angles[index] = np.pi / 2 - 2 * np.pi * (turns[place] + shift)
-    assert offset <= count
+    angles[ring] = np.pi / 2 - 2 * np.pi * (np.arange(count) + shift) / count
     return angles
+
+
+def _bend(first: np.ndarray, second: np.ndarray) -> np.ndarray:
+    """The point towards which the line of two sensors bends.
+
+    Neighbours are joined near the rim and opposite ones through the middle, so that near pairs
+    do not look like spikes.
+    """
+    middle = first + second
+    length = float(np.hypot(*middle))  # 2 for the same place, 0 for opposite ones
+    if length < 1e-9:
+        return np.zeros(2)
+    apart = np.sqrt(max(1.0 - (length / 2.0) ** 2, 0.0))  # sine of half the angle between them
+    return middle / length * (1.0 - apart) * 0.85
 
 
 def _head_order(labels: list[str]):
     """Left, right, front middle and back middle sensors; None unless all names are 10-20."""
     left, right, top, bottom = [], [], [], []
     for index, label in enumerate(labels):
-        match = _SITE.fullmatch(label)
+        match = _SITE.fullmatch(_RENAMED.get(label.lower(), label))
         if match is None:
             return None
         row = _ROWS.index(match[1].lower())
