@@ -52,9 +52,9 @@ def whole_file(
 ) -> Iterator[str]:
     """Gives a name in the folder of `path` to write to; it becomes `path` when all went well.
 
-    The name ends with `extension`, or else with that of `path`. On any exception, also an interrupt, nothing is
-    left of it and `path` is as before. A symbolic link stays one, and a file that is replaced
-    keeps its permissions.
+    The name ends with `extension`, or else with that of `path`. On any exception, also an
+    interrupt, nothing is left of it and `path` is as before. A symbolic link stays one, and a
+    file that is replaced keeps its permissions.
 
     Raises:
         FileExistsError: without `overwrite`, `path` exists or has come to exist meanwhile.
