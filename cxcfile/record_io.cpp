@@ -75,13 +75,9 @@ __int64 bytesLeft(CArchive& ar) {
     return -1;
 }
 
-bool claimIsBacked(CArchive& ar, __int64 count, __int64 elementBytes, double storedBytes) {
-    if (count < 0) return false;
-    const double elements = static_cast<double>(count);
-    if (elements * static_cast<double>(elementBytes) <= static_cast<double>(largestUnbackedClaim))
-        return true;
+bool fileHolds(CArchive& ar, __int64 count, double storedBytes) {
     const __int64 left = bytesLeft(ar);
-    return left < 0 || elements * storedBytes <= static_cast<double>(left);
+    return left < 0 || static_cast<double>(count) * storedBytes <= static_cast<double>(left);
 }
 
 void storeBlock(CArchive& ar, const double* values, __int64 count) {

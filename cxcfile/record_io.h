@@ -54,9 +54,17 @@ __int64 bytesLeft(CArchive& ar);
 /// data end.
 constexpr __int64 largestUnbackedClaim = 64 * 1024 * 1024;
 
+/// Whether the rest of the file has room for `count` elements of at least `storedBytes` each; true
+/// where it cannot tell.
+bool fileHolds(CArchive& ar, __int64 count, double storedBytes);
+
 /// Whether `count` elements of `elementBytes` of memory may be allocated for data that take at
-/// least `storedBytes` each in the file. False for a negative count.
-bool claimIsBacked(CArchive& ar, __int64 count, __int64 elementBytes, double storedBytes);
+/// least `storedBytes` each in the file. False for a negative count. Asked for every vector of a
+/// grid, so the usual answer costs one comparison.
+inline bool claimIsBacked(CArchive& ar, __int64 count, __int64 elementBytes, double storedBytes) {
+    if (count < 0) return false;
+    return count <= largestUnbackedClaim / elementBytes || fileHolds(ar, count, storedBytes);
+}
 
 /// Writes `count` doubles as they lie in memory; nothing for a count below 1.
 void storeBlock(CArchive& ar, const double* values, __int64 count);
