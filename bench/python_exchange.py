@@ -11,7 +11,7 @@ import numpy as np
 
 import cxc
 
-REPEATS = 9
+REPEATS = 7
 
 
 def median(work) -> float:
