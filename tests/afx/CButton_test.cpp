@@ -1,0 +1,34 @@
+#ifdef _WIN32
+
+#include "tests/afx/ControlsDialog.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using test::ControlsDialog;
+using test::TestApp;
+
+class CButtonTest : public testing::Test {
+protected:
+    void SetUp() override {
+        ASSERT_TRUE(dialog.Create(IDD_CONTROLS));
+        dialog.calls.clear();
+    }
+    TestApp app;
+    ControlsDialog dialog;
+};
+
+TEST_F(CButtonTest, CheckIsSetWithoutANotification) {
+    CButton box;
+    ASSERT_TRUE(box.SubclassDlgItem(IDC_CHECK, &dialog));
+    EXPECT_EQ(box.GetCheck(), BST_CHECKED);
+    box.SetCheck(BST_UNCHECKED);
+    EXPECT_EQ(box.GetCheck(), BST_UNCHECKED);
+    EXPECT_EQ(dialog.countOf("checked"), 0);
+    box.UnsubclassWindow();
+}
+
+}  // namespace
+
+#endif
