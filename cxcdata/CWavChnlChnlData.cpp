@@ -19,8 +19,8 @@ static_assert(offsetof(CWavChnlChnlData, m_bkData) == 8 &&
               "the layout is part of the interface");
 
 CWavChnlChnlData::~CWavChnlChnlData() {
-    cleanData();
-    cleanbkData();
+    delete[] m_data;
+    delete[] m_bkData;
 }
 
 __int64 CWavChnlChnlData::getSize() const {

@@ -4,6 +4,9 @@
 
 #include <limits>
 
+#if defined(__linux__)
+#include <sys/mman.h>
+#endif
 #if !defined(_WIN32)
 #include <unistd.h>
 #endif
@@ -35,6 +38,22 @@ double physicalMemory() {
         return static_cast<double>(pages) * static_cast<double>(pageSize);
 #endif
     return std::numeric_limits<double>::max();
+}
+
+void reserveHeap([[maybe_unused]] std::size_t bytes) {
+#if defined(__linux__) && defined(MADV_HUGEPAGE)
+    constexpr std::size_t largePage = std::size_t(2) << 20;
+    if (bytes < largePage) return;
+    // A block that is taken and given back untouched makes the heap grow in one piece; the small
+    // arrays are then cut out of it.
+    void* const block = ::operator new(bytes, std::nothrow);
+    if (block == nullptr) return;
+    const auto address = reinterpret_cast<std::uintptr_t>(block);
+    const std::uintptr_t begin = (address + largePage - 1) / largePage * largePage;
+    const std::uintptr_t end = (address + bytes) / largePage * largePage;
+    if (end > begin) madvise(reinterpret_cast<void*>(begin), end - begin, MADV_HUGEPAGE);
+    ::operator delete(block);
+#endif
 }
 
 bool gridFitsMemory(__int64 rows, __int64 cols, __int64 nTim) {

@@ -2,6 +2,7 @@
 
 #include "cxcdata/allocation.h"
 #include "cxcdata/grid.h"
+#include "cxcdata/prefetch.h"
 #include "cxcdata/two_doubles.h"
 
 #include <algorithm>
@@ -11,9 +12,16 @@
 namespace cxc {
 namespace {
 
-// One cache line of a row of the array, and a stretch of slices that fits the cache beside it.
-constexpr __int64 tileColumns = 8;
-constexpr __int64 tileSlices = 32;
+// A tile is as many columns of the array as are taken together, over a stretch of slices: few
+// enough that the cache holds them all even where they lie a power of two apart. Filling fetches
+// the tile beside the one it works on, which the machine does not do for so many slices. Reading
+// back finishes a block of slices of its columns before it turns to the next ones, so that each
+// vector is read in one go.
+constexpr __int64 fillColumns = 64;
+constexpr __int64 fillSlices = 32;
+constexpr __int64 copyColumns = 32;
+constexpr __int64 copySlices = 16;
+constexpr __int64 blockSlices = 128;
 
 // The part of the array that belongs to one row of pairs: slice t begins at first + t * stride.
 template <class Element>
@@ -51,7 +59,7 @@ void walkColumns(Columns columns, __int64 begin, __int64 end, Square square, Sin
 }
 
 // A whole tile has a number of columns that the compiler knows.
-template <class Square, class Single>
+template <__int64 tileColumns, class Square, class Single>
 void walkTile(__int64 columns, __int64 begin, __int64 end, Square square, Single single) {
     if (columns == tileColumns)
         walkColumns(std::integral_constant<__int64, tileColumns>(), begin, end, square, single);
@@ -61,14 +69,18 @@ void walkTile(__int64 columns, __int64 begin, __int64 end, Square square, Single
 
 void fillVectors(Row<const double> row, CWavChnlChnlDatazq* vectors, __int64 columns,
                  __int64 nTim) {
-    double* data[tileColumns];
+    double* data[fillColumns];
     for (__int64 k = 0; k < columns; ++k)
         data[k] = vectors[k].m_data;
-    for (__int64 t = 0; t < nTim; t += tileSlices) {
-        walkTile(
-            columns, t, std::min(t + tileSlices, nTim),
+    for (__int64 t = 0; t < nTim; t += fillSlices) {
+        walkTile<fillColumns>(
+            columns, t, std::min(t + fillSlices, nTim),
             [&](__int64 k, __int64 s) {
                 const double* const line = row.first + s * row.stride + k;
+                if (k % doublesPerCacheLine == 0) {
+                    prefetch(line, fillColumns);
+                    prefetch(line + row.stride, fillColumns);
+                }
                 transposeSquare(line, line + row.stride, data[k] + s, data[k + 1] + s);
             },
             [&](__int64 k, __int64 s) { data[k][s] = row.first[s * row.stride + k]; });
@@ -87,8 +99,8 @@ bool makeVectors(CWavChnlChnlDatazq* vectors, __int64 columns, __int64 nTim) {
 
 // The arrays of a few pairs are made and filled before the next ones: each is written once.
 bool fillRow(Row<const double> row, CWavChnlChnlDatazq* vectors, __int64 cols, __int64 nTim) {
-    for (__int64 c = 0; c < cols; c += tileColumns) {
-        const __int64 columns = std::min(tileColumns, cols - c);
+    for (__int64 c = 0; c < cols; c += fillColumns) {
+        const __int64 columns = std::min(fillColumns, cols - c);
         if (!makeVectors(vectors + c, columns, nTim)) return false;
         fillVectors({row.first + c, row.stride}, vectors + c, columns, nTim);
     }
@@ -98,10 +110,10 @@ bool fillRow(Row<const double> row, CWavChnlChnlDatazq* vectors, __int64 cols, _
 // Slices begin..end-1 of `columns` vectors into the array; all of them hold that many.
 void copyVectors(const grid::Values* vectors, Row<double> row, __int64 columns, __int64 begin,
                  __int64 end) {
-    const double* data[tileColumns];
+    const double* data[copyColumns];
     for (__int64 k = 0; k < columns; ++k)
         data[k] = vectors[k].data;
-    walkTile(
+    walkTile<copyColumns>(
         columns, begin, end,
         [&](__int64 k, __int64 s) {
             double* const line = row.first + s * row.stride + k;
@@ -118,21 +130,40 @@ void copyShortVectors(const grid::Values* vectors, Row<double> row, __int64 colu
     }
 }
 
+// The machine follows few streams by itself, and the vectors of a block are many.
+void prefetchBlock(const grid::Values* vectors, __int64 columns, __int64 begin, __int64 end) {
+    for (__int64 k = 0; k < columns; ++k) {
+        const __int64 here = std::min(end, vectors[k].size);
+        for (__int64 s = begin; s < here; s += doublesPerCacheLine)
+            prefetch(vectors[k].data, s);
+    }
+}
+
+// Slices begin..end-1 of `columns` pairs, a few slices at a time.
+void copyBlock(const grid::Values* vectors, Row<double> row, __int64 columns, __int64 begin,
+               __int64 end) {
+    prefetchBlock(vectors, columns, begin, end);
+    __int64 shortest = end;
+    for (__int64 k = 0; k < columns; ++k)
+        shortest = std::min(shortest, vectors[k].size);
+    for (__int64 t = begin; t < end; t += copySlices) {
+        const __int64 tileEnd = std::min(t + copySlices, end);
+        const __int64 common = std::clamp(shortest, t, tileEnd);
+        copyVectors(vectors, row, columns, t, common);
+        copyShortVectors(vectors, row, columns, common, tileEnd);
+    }
+}
+
 void copyRow(const CSnsCohData& dataset, __int64 r, Row<double> row) {
     const __int64 cols = dataset.m_snsColTotal;
-    for (__int64 t = 0; t < dataset.m_cohTimTotal; t += tileSlices) {
-        const __int64 end = std::min(t + tileSlices, dataset.m_cohTimTotal);
-        for (__int64 c = 0; c < cols; c += tileColumns) {
-            const __int64 columns = std::min(tileColumns, cols - c);
-            grid::Values vectors[tileColumns];
-            __int64 common = end;
-            for (__int64 k = 0; k < columns; ++k) {
+    for (__int64 t = 0; t < dataset.m_cohTimTotal; t += blockSlices) {
+        const __int64 end = std::min(t + blockSlices, dataset.m_cohTimTotal);
+        for (__int64 c = 0; c < cols; c += copyColumns) {
+            const __int64 columns = std::min(copyColumns, cols - c);
+            grid::Values vectors[copyColumns];
+            for (__int64 k = 0; k < columns; ++k)
                 vectors[k] = grid::values(dataset.m_mCC, r, c + k);
-                common = std::min(common, vectors[k].size);
-            }
-            common = std::max(common, t);
-            copyVectors(vectors, {row.first + c, row.stride}, columns, t, common);
-            copyShortVectors(vectors, {row.first + c, row.stride}, columns, common, end);
+            copyBlock(vectors, {row.first + c, row.stride}, columns, t, end);
         }
     }
 }
@@ -145,7 +176,9 @@ int datasetFromArray(CSnsCohData& dataset, const double* values, __int64 nTim, _
     if (values == nullptr || nTim < 1 || rows < 1 || cols < 1 || !gridFitsMemory(rows, cols, nTim))
         return 0;
     grid::Owner made(grid::newTable(rows, cols));
+    const grid::HeapReserve reserve(rows, cols, nTim);
     for (__int64 r = 0; r < rows; ++r) {
+        reserve.beforeRow(r);
         if (!grid::newRow(made.get(), r) || !fillRow({values + r * cols, rows * cols},
                                                      made[static_cast<std::size_t>(r)], cols, nTim))
             return 0;

@@ -1,7 +1,9 @@
 #include "cxcdata/grid.h"
 
 #include "cxcdata/allocation.h"
+#include "cxcdata/prefetch.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <new>
@@ -19,6 +21,14 @@ static_assert(sizeof(Shape) % alignof(CWavChnlChnlDatazq*) == 0,
 
 const Shape& shapeOf(CWavChnlChnlDatazq* const* table) {
     return *(reinterpret_cast<const Shape*>(table) - 1);
+}
+
+// An allocator keeps its notes on an array in front of it: one cache miss for each array released,
+// unless they are asked for together.
+void prefetchAllocatorWords(const CWavChnlChnlDatazq* vectors, __int64 count) {
+    if (vectors == nullptr) return;
+    for (__int64 c = 0; c < count; ++c)
+        prefetch(vectors[c].m_data, -1);
 }
 
 }  // namespace
@@ -72,9 +82,27 @@ bool hasShape(CWavChnlChnlDatazq* const* table, __int64 rowCount, __int64 colCou
 void release(CWavChnlChnlDatazq** table) {
     if (table == nullptr) return;
     const __int64 rowCount = rows(table);
-    for (__int64 r = 0; r < rowCount; ++r)
+    for (__int64 r = 0; r < rowCount; ++r) {
+        prefetchAllocatorWords(table[r], cols(table));
         delete[] table[r];
+    }
     delete[](reinterpret_cast<unsigned char*>(table) - sizeof(Shape));
+}
+
+HeapReserve::HeapReserve(__int64 rowCount, __int64 colCount, __int64 nTim) : m_rows(rowCount) {
+    // In doubles, which cannot overflow; an allocator adds two words to each array.
+    const double perPair =
+        sizeof(CWavChnlChnlDatazq) + static_cast<double>(nTim) * sizeof(double) + 16.0;
+    const double perRow = static_cast<double>(colCount) * perPair;
+    if (colCount < 1 || nTim < 1 || perRow > largestReserve) return;
+    m_batch = static_cast<__int64>(largestReserve / perRow);
+    m_bytesPerRow = perRow;
+}
+
+void HeapReserve::beforeRow(__int64 r) const {
+    if (r % m_batch != 0) return;
+    const auto batch = static_cast<double>(std::min(m_batch, m_rows - r));
+    reserveHeap(static_cast<std::size_t>(batch * m_bytesPerRow));
 }
 
 }  // namespace cxc::grid

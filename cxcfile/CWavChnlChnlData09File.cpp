@@ -1,6 +1,7 @@
 #include "cxcdata/CWavChnlChnlData09File.h"
 
 #include "cxcdata/allocation.h"
+#include "cxcdata/prefetch.h"
 #include "cxcfile/record_io.h"
 
 #include <algorithm>
@@ -18,6 +19,16 @@ double* newClaimedArray(CArchive& ar, __int64 count) {
     const bool backed =
         cxc::claimIsBacked(ar, count, sizeof(double), static_cast<double>(sizeof(double)));
     return backed ? cxc::newArray<double>(count) : nullptr;
+}
+
+// Vectors are made one behind the other, so the memory some vectors on will be written soon. Long
+// vectors keep the machine busy by themselves.
+void prefetchLaterVectors(const double* values, __int64 count) {
+    constexpr __int64 longVector = 1024;
+    constexpr __int64 vectorsAhead = 6;
+    if (count > longVector) return;
+    for (__int64 t = 0; t <= count; t += cxc::doublesPerCacheLine)
+        cxc::prefetch(values, vectorsAhead * count + t);
 }
 
 int refuse(LPCTSTR message) {
@@ -77,6 +88,7 @@ int CWavChnlChnlData09File::loadValues(CArchive& ar) {
         m_size = 0;
         return refuse(_T("Not enough memory!"));
     }
+    prefetchLaterVectors(m_data, m_size);
     const __int64 read = cxc::loadBlock(ar, m_data, m_size);
     return read == m_size * static_cast<__int64>(sizeof(double))
                ? 1

@@ -9,11 +9,6 @@ namespace {
 // The archive counts bytes in 32 bits, so long blocks pass in steps.
 constexpr __int64 stepBytes = 1024 * 1024;
 
-void readAll(CArchive& ar, void* to, UINT bytes) {
-    if (ar.Read(to, bytes) < bytes)
-        AfxThrowArchiveException(CArchiveException::endOfFile, ar.GetFile()->GetFilePath());
-}
-
 void skip(CArchive& ar, UINT_PTR characters, int charSize) {
     BYTE bytes[4096];
     while (characters > 0) {
@@ -23,16 +18,6 @@ void skip(CArchive& ar, UINT_PTR characters, int charSize) {
     }
 }
 
-// Character by character: a wide comparison of bytes that were just written waits for the stores,
-// which costs more than the loop.
-template <class Character>
-bool sameText(const Character* text, LPCTSTR magic, int length) {
-    int same = 0;
-    while (same < length && text[same] == magic[same])
-        ++same;
-    return same == length;
-}
-
 }  // namespace
 
 void storeMagic(CArchive& ar, LPCTSTR magic, int length) {
@@ -40,23 +25,15 @@ void storeMagic(CArchive& ar, LPCTSTR magic, int length) {
     ar.Write(magic, static_cast<UINT>(length) * static_cast<UINT>(sizeof(TCHAR)));
 }
 
-bool loadMagic(CArchive& ar, LPCTSTR magic, int length) {
-    int charSize = 0;
-    const UINT_PTR stored = AfxReadStringLength(ar, charSize);
+bool loadOtherMagic(CArchive& ar, LPCTSTR magic, int length, UINT_PTR stored, int charSize) {
     if (stored != static_cast<UINT_PTR>(length)) {
         skip(ar, stored, charSize);
         return false;
     }
-    if (charSize == sizeof(TCHAR)) {
-        TCHAR text[largestMagic];
-        const UINT bytes = static_cast<UINT>(length) * static_cast<UINT>(sizeof(TCHAR));
-        readAll(ar, text, bytes);
-        return sameText(text, magic, length);
-    }
     BYTE text[largestMagic];
     readAll(ar, text, static_cast<UINT>(length));
     // The magic strings are plain ASCII, the same in every code page.
-    return sameText(text, magic, length);
+    return std::equal(text, text + length, magic);
 }
 
 __int64 bytesLeft(CArchive& ar) {

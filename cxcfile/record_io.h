@@ -5,6 +5,8 @@
 
 #include "framework.h"
 
+#include <cstring>
+
 namespace cxc {
 
 /// Stores or loads one value. A value that the archive cannot deliver whole stays as it was.
@@ -27,18 +29,36 @@ inline void passItem(CArchive& ar, bool& value) {
     value = byte != 0;
 }
 
-/// Reads a string and tells whether it is exactly the first `length` characters of `magic`, at
-/// most largestMagic. The text of a grid's vectors is compared on the way, without a string of its
-/// own for each. Throws the end-of-file exception when the string is longer than the file.
-bool loadMagic(CArchive& ar, LPCTSTR magic, int length);
-void storeMagic(CArchive& ar, LPCTSTR magic, int length);
+/// The longest magic string [characters].
 constexpr int largestMagic = 32;
 
+/// Reads `bytes` bytes; throws the end-of-file exception when the file has fewer.
+inline void readAll(CArchive& ar, void* to, UINT bytes) {
+    if (ar.Read(to, bytes) < bytes)
+        AfxThrowArchiveException(CArchiveException::endOfFile, ar.GetFile()->GetFilePath());
+}
+
+/// The rest of loadMagic where the string is not as the library writes it: of another length, or
+/// in 8-bit characters.
+bool loadOtherMagic(CArchive& ar, LPCTSTR magic, int length, UINT_PTR stored, int charSize);
+
+/// Reads a string and tells whether it is exactly `magic`. Every vector of a grid has one: the
+/// text is compared on the way, without a string of its own. Throws the end-of-file exception when
+/// the string is longer than the file.
 template <int Size>
 bool loadMagic(CArchive& ar, const TCHAR (&magic)[Size]) {
-    static_assert(Size - 1 <= largestMagic, "the comparison takes place in a buffer of that size");
-    return loadMagic(ar, magic, Size - 1);
+    constexpr int length = Size - 1;
+    static_assert(length <= largestMagic, "other forms are compared in a buffer of that size");
+    int charSize = 0;
+    const UINT_PTR stored = AfxReadStringLength(ar, charSize);
+    if (stored != length || charSize != sizeof(TCHAR))
+        return loadOtherMagic(ar, magic, length, stored, charSize);
+    TCHAR text[length];
+    readAll(ar, text, sizeof(text));
+    return std::memcmp(text, magic, sizeof(text)) == 0;
 }
+
+void storeMagic(CArchive& ar, LPCTSTR magic, int length);
 
 template <int Size>
 void storeMagic(CArchive& ar, const TCHAR (&magic)[Size]) {

@@ -28,7 +28,13 @@ public:
     CFile* GetFile() const { return m_file; }
 
     /// Bytes delivered; fewer than asked only at the end of the file. No exception for that.
-    UINT Read(void* buffer, UINT count);
+    UINT Read(void* buffer, UINT count) {
+        if (!IsLoading() || count > static_cast<std::size_t>(m_end - m_at))
+            return readSlowly(buffer, count);
+        if (count > 0) std::memcpy(buffer, m_at, count);
+        m_at += count;
+        return count;
+    }
     void Write(const void* buffer, UINT count);
     /// Storing: everything to the file. Loading: gives unread bytes back to the file.
     void Flush();
@@ -139,6 +145,7 @@ private:
         return *this;
     }
     void getSlowly(void* value, UINT size);
+    UINT readSlowly(void* buffer, UINT count);
     void needLoading() const;
     void needStoring() const;
     void needFile() const;
