@@ -87,9 +87,17 @@ def check_format() -> list[str]:
     return [f"{path.relative_to(ROOT)}: clang-format would alter it" for path in altered]
 
 
+def is_windows_only(header: pathlib.Path) -> bool:
+    name = str(header.relative_to(ROOT))
+    return name.startswith(("cxcui/", "siblings/commonui/", "host/"))
+
+
 def compile_alone(header: pathlib.Path) -> str | None:
+    windows = is_windows_only(header)
     command = [
-        "g++", "-std=c++17", "-fsyntax-only", "-Wall", "-Wextra", "-x", "c++",
+        "x86_64-w64-mingw32-g++-posix" if windows else "g++",
+        *(["-DUNICODE", "-D_UNICODE", "-DNOMINMAX"] if windows else []),
+        "-std=c++17", "-fsyntax-only", "-Wall", "-Wextra", "-x", "c++",
         f"-I{ROOT}", f"-I{ROOT}/afx/include", "-include", str(header), os.devnull,
     ]
     result = subprocess.run(command, capture_output=True, text=True)
@@ -100,7 +108,7 @@ def compile_alone(header: pathlib.Path) -> str | None:
 
 
 def check_headers() -> list[str]:
-    folders = {"siblings", "cxcdata", "cxcfile", "cxcpkg"}
+    folders = {"siblings", "cxcdata", "cxcfile", "cxcpkg", "cxcui", "host"}
     headers = [path for path in sources(".h") if path.relative_to(ROOT).parts[0] in folders]
     headers += [path for path in sources(".h") if "afx/include" in str(path)]
     headers.append(ROOT / "cxc.h")

@@ -1,0 +1,47 @@
+// The list of a group's datasets.
+#pragma once
+
+#include "cxcdata/cxc_api.h"
+#include "framework.h"
+
+class CDlgGroupTrlCxcDataManager;
+class CGroupMeegCxcFacezq;
+class CSnsCohDatazq;
+
+/// A view of the group: filled on request, row i is dataset i. A right click goes to the dialog.
+class CXC_API CListGrpTrlCxcData : public CListCtrl {
+    DECLARE_DYNAMIC(CListGrpTrlCxcData)
+
+public:
+    CListGrpTrlCxcData() = default;
+
+    /// Pictures, the seven columns and extended styles. Always 1.
+    int setUp();
+
+    /// Shows the group anew. Returns 1; 0 without a group, and at the first row that fails, a null
+    /// entry for example: the rows behind it are missing then.
+    int refill();
+
+    /// Inserts row i (-1: the current index) and stores its index in the dataset. Returns 1 when
+    /// every text was set, else 0.
+    int fillRow(int i);
+
+    /// Whether the row of the dataset is selected, by the index that the last filling stored in it.
+    bool isSelected(const CSnsCohDatazq& dataset) const;
+
+    bool isFilling() const { return m_filling; }
+
+    CGroupMeegCxcFacezq* m_group = nullptr;         // not owned
+    CImageList* m_imageLarge = nullptr;             // 32 x 32, made by the setup, never deleted
+    CImageList* m_imageSmall = nullptr;             // 16 x 16, made by the setup, never deleted
+    CDlgGroupTrlCxcDataManager* m_owner = nullptr;  // the dialog
+
+protected:
+    afx_msg void OnContextMenu(CWnd* window, CPoint point);
+    DECLARE_MESSAGE_MAP()
+
+private:
+    bool insertRows();
+
+    bool m_filling = false;
+};

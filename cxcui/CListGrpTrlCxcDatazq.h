@@ -1,0 +1,14 @@
+// The list of the group manager: the end of its chain.
+#pragma once
+
+#include "cxcdata/cxc_api.h"
+#include "cxcui/CListGrpTrlCxcData.h"
+#include "framework.h"
+
+/// Adds its run-time class.
+class CXC_API CListGrpTrlCxcDatazq : public CListGrpTrlCxcData {
+    DECLARE_DYNAMIC(CListGrpTrlCxcDatazq)
+
+protected:
+    DECLARE_MESSAGE_MAP()
+};

@@ -1,0 +1,21 @@
+// A dialog that asks for one line of text (Windows).
+#pragma once
+
+#include "framework.h"
+#include "siblings/commonui/commonui_api.h"
+
+/// Modal: set m_text to the text to begin with, call DoModal; after IDOK m_text is what was
+/// entered. Cancel and Escape leave it as it was.
+class CXC_COMMONUI_API CDlgInputString : public CDialogEx {
+    DECLARE_DYNAMIC(CDlgInputString)
+
+public:
+    /// Without a parent the main window is the owner.
+    explicit CDlgInputString(CWnd* parent = nullptr);
+
+    CString m_text;
+
+protected:
+    void DoDataExchange(CDataExchange* exchange) override;
+    BOOL OnInitDialog() override;
+};
