@@ -1,0 +1,198 @@
+// What the tests of the manager windows have in common: a user at work, and what a user sees.
+#pragma once
+
+#ifdef _WIN32
+
+#include "cxc.h"
+#include "tests/cxcpkg/package_fixture.h"
+#include "tests/support/Input.h"
+#include "tests/support/TempDir.h"
+#include "tests/support/TestApp.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <string>
+#include <tuple>
+#include <vector>
+
+namespace test {
+
+inline std::string textOf(HWND window) {
+    CString text;
+    CWnd::FromHandle(window)->GetWindowText(text);
+    return toUtf8(text);
+}
+
+/// Texts of a row, with bars between them.
+inline std::string rowOf(const CListCtrl& list, int row, int columns) {
+    std::string texts;
+    for (int column = 0; column < columns; ++column)
+        texts += (column == 0 ? "" : "|") + toUtf8(list.GetItemText(row, column));
+    return texts;
+}
+
+inline std::vector<std::string> namesOf(const CListCtrl& list) {
+    std::vector<std::string> names;
+    for (int row = 0; row < list.GetItemCount(); ++row)
+        names.push_back(toUtf8(list.GetItemText(row, 0)));
+    return names;
+}
+
+inline std::vector<std::string> columnsOf(const CListCtrl& list) {
+    std::vector<std::string> titles;
+    LVCOLUMN column = {};
+    TCHAR title[64] = {};
+    column.mask = LVCF_TEXT;
+    column.pszText = title;
+    column.cchTextMax = 64;
+    for (int i = 0; list.GetColumn(i, &column); ++i) {
+        titles.push_back(toUtf8(title));
+        column.pszText = title;
+    }
+    return titles;
+}
+
+inline int imageOf(const CListCtrl& list, int row) {
+    LVITEM item = {};
+    item.mask = LVIF_IMAGE;
+    item.iItem = row;
+    return list.GetItem(&item) ? item.iImage : -1;
+}
+
+/// Clicks the name of a row with the real pointer, then puts the pointer away.
+inline void clickRow(CListCtrl& list, int row) {
+    list.EnsureVisible(row, FALSE);
+    CRect rect;
+    list.GetItemRect(row, rect, LVIR_LABEL);
+    click(list.m_hWnd, CPoint(rect.left + 4, rect.CenterPoint().y));
+    parkPointer();
+}
+
+inline void clickColumn(CListCtrl& list, int column) {
+    CRect rect;
+    Header_GetItemRect(list.GetHeaderCtrl()->m_hWnd, column, &rect);
+    click(list.GetHeaderCtrl()->m_hWnd, CPoint(rect.left + 20, rect.CenterPoint().y));
+    parkPointer();
+}
+
+/// The visible top-level window of this thread with a caption; null without one.
+inline HWND findWindow(const std::string& caption) {
+    struct Search {
+        const std::string& caption;
+        HWND found;
+    } search{caption, nullptr};
+    ::EnumThreadWindows(
+        ::GetCurrentThreadId(),
+        [](HWND window, LPARAM data) -> BOOL {
+            auto& wanted = *reinterpret_cast<Search*>(data);
+            if (!::IsWindowVisible(window) || textOf(window) != wanted.caption) return TRUE;
+            wanted.found = window;
+            return FALSE;
+        },
+        reinterpret_cast<LPARAM>(&search));
+    return search.found;
+}
+
+/// Does something once a window with the caption is open, also inside the loop of a modal one.
+class WhenOpen {
+public:
+    WhenOpen(std::string caption, std::function<void(HWND)> action)
+        : m_caption(std::move(caption)), m_action(std::move(action)) {
+        s_waiting = this;
+        m_timer = ::SetTimer(nullptr, 0, 10, [](HWND, UINT, UINT_PTR, DWORD) {
+            if (s_waiting != nullptr) s_waiting->look();
+        });
+    }
+    ~WhenOpen() {
+        stop();
+        EXPECT_TRUE(m_done) << m_caption << " did not open";
+    }
+    WhenOpen(const WhenOpen&) = delete;
+    WhenOpen& operator=(const WhenOpen&) = delete;
+
+private:
+    void look() {
+        const HWND window = findWindow(m_caption);
+        if (window == nullptr) return;
+        stop();
+        m_done = true;
+        m_action(window);
+    }
+    void stop() {
+        if (m_timer != 0) ::KillTimer(nullptr, m_timer);
+        m_timer = 0;
+        if (s_waiting == this) s_waiting = nullptr;
+    }
+
+    inline static WhenOpen* s_waiting = nullptr;
+    std::string m_caption;
+    std::function<void(HWND)> m_action;
+    UINT_PTR m_timer = 0;
+    bool m_done = false;
+};
+
+/// Does something once a popup menu is open, and closes it when nothing else has. The action may
+/// post keys, but must not deal with messages: the menu's own loop reads them.
+class WhenMenuOpens {
+public:
+    explicit WhenMenuOpens(std::function<void(HMENU)> action) : m_action(std::move(action)) {
+        s_waiting = this;
+        m_timer = ::SetTimer(nullptr, 0, 10, [](HWND, UINT, UINT_PTR, DWORD) {
+            if (s_waiting != nullptr) s_waiting->look();
+        });
+    }
+    ~WhenMenuOpens() {
+        ::KillTimer(nullptr, m_timer);
+        s_waiting = nullptr;
+        EXPECT_GT(m_looks, 0) << "no menu opened";
+        EXPECT_LT(m_looks, patience) << "the menu stayed open";
+    }
+    WhenMenuOpens(const WhenMenuOpens&) = delete;
+    WhenMenuOpens& operator=(const WhenMenuOpens&) = delete;
+
+private:
+    void look() {
+        constexpr UINT menuOfPopup = 0x01E1;  // MN_GETHMENU
+        const HWND popup = ::FindWindow(_T("#32768"), nullptr);
+        if (popup == nullptr || !::IsWindowVisible(popup)) return;
+        ++m_looks;
+        if (m_looks == 1)
+            m_action(reinterpret_cast<HMENU>(::SendMessage(popup, menuOfPopup, 0, 0)));
+        else if (m_looks >= patience)
+            ::EndMenu();
+    }
+
+    static constexpr int patience = 300;
+    inline static WhenMenuOpens* s_waiting = nullptr;
+    std::function<void(HMENU)> m_action;
+    UINT_PTR m_timer = 0;
+    int m_looks = 0;
+};
+
+/// The host: a main window that owns the managers.
+class HostApp : public TestApp {
+public:
+    HostApp() {
+        m_main.CreateEx(0, AfxRegisterWndClass(0), _T("Host"), WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0,
+                        700, 200, 100, nullptr, nullptr);
+        m_pMainWnd = &m_main;
+    }
+    ~HostApp() override { m_pMainWnd = nullptr; }
+
+    CWnd m_main;
+};
+
+/// (message, code, id) of each entry of a message map.
+using MapRow = std::tuple<UINT, UINT, UINT>;
+
+inline std::vector<MapRow> rowsOf(const AFX_MSGMAP& map) {
+    std::vector<MapRow> rows;
+    for (const AFX_MSGMAP_ENTRY* entry = map.lpEntries; entry->nMessage != 0; ++entry)
+        rows.emplace_back(entry->nMessage, entry->nCode, entry->nID);
+    return rows;
+}
+
+}  // namespace test
+
+#endif
