@@ -2,9 +2,10 @@
 """Draws the icons and the cursor of the managers into this folder.
 
 The pictures are kept in the tree; run this only to change them. Every size is drawn for itself,
-eight times as large, and brought down with a smooth filter.
+eight times as large, and averaged down.
 """
 
+import math
 from pathlib import Path
 
 from PIL import Image, ImageDraw
@@ -15,7 +16,8 @@ SCALE = 8
 
 WHITE = (255, 255, 255, 255)
 INK = (31, 41, 55, 255)
-PALE = (176, 184, 196, 255)
+MUTED = (107, 114, 128, 255)
+TILE = (21, 67, 116, 255)
 CELLS = [  # a coherence matrix: strong along the diagonal
     [(178, 24, 43, 255), (244, 165, 130, 255), (209, 229, 240, 255)],
     [(244, 165, 130, 255), (178, 24, 43, 255), (146, 197, 222, 255)],
@@ -45,36 +47,41 @@ def matrix(draw: ImageDraw.ImageDraw, unit: float, cells, frame) -> None:
 def shown(size: int) -> Image.Image:
     image, draw, unit = canvas(size)
     matrix(draw, unit, CELLS, INK)
-    return image.resize((size, size), Image.LANCZOS)
+    return image.resize((size, size), Image.BOX)
+
+
+def grey(colour):
+    """The colour's brightness, washed out."""
+    level = round(sum(colour[:3]) / 3 * 0.35 + 155)
+    return (level, level, level, 255)
 
 
 def hidden(size: int) -> Image.Image:
     image, draw, unit = canvas(size)
-    empty = [[WHITE] * 3] * 3
-    matrix(draw, unit, empty, PALE)
-    draw.line([4 * unit, 12 * unit, 12 * unit, 4 * unit], fill=PALE, width=round(1.6 * unit))
-    return image.resize((size, size), Image.LANCZOS)
+    matrix(draw, unit, [[grey(cell) for cell in row] for row in CELLS], MUTED)
+    stroke = [2.5 * unit, 13.5 * unit, 13.5 * unit, 2.5 * unit]
+    draw.line(stroke, fill=WHITE, width=round(4.4 * unit))
+    draw.line(stroke, fill=MUTED, width=round(2.2 * unit))
+    return image.resize((size, size), Image.BOX)
 
 
 def manager(size: int) -> Image.Image:
+    """A wave over the cells of a matrix."""
     image = Image.new("RGBA", (size * SCALE, size * SCALE), (0, 0, 0, 0))
     draw = ImageDraw.Draw(image)
     unit = size * SCALE / 16
-    edge = [0.5 * unit, 0.5 * unit, 15.5 * unit, 15.5 * unit]
-    draw.rounded_rectangle(edge, radius=2.5 * unit, fill=(21, 67, 116, 255))
-    # Two waves that run together, and the link between them.
-    for offset, colour in ((5.2, (146, 197, 222, 255)), (10.8, (244, 165, 130, 255))):
-        points = []
-        for step in range(0, 121):
-            x = 2 + 12 * step / 120
-            phase = (x - 2) / 12 * 2
-            wave = 4 * abs((phase % 1) - 0.5) - 1
-            points.append((x * unit, (offset - 1.8 * wave * (1 - abs(wave) * 0.25)) * unit))
-        draw.line(points, fill=colour, width=round(1.3 * unit), joint="curve")
-    draw.line([8 * unit, 5.2 * unit, 8 * unit, 10.8 * unit], fill=WHITE, width=round(1.1 * unit))
-    for y in (4.0, 12.0):
-        draw.ellipse([6.9 * unit, (y - 1.1) * unit, 9.1 * unit, (y + 1.1) * unit], fill=WHITE)
-    return image.resize((size, size), Image.LANCZOS)
+    draw.rounded_rectangle([0, 0, 16 * unit - 1, 16 * unit - 1], radius=2 * unit, fill=TILE)
+    points = []
+    for step in range(181):
+        x = 2 + 12 * step / 180
+        points.append((x * unit, (5 - 2.3 * math.sin((x - 2) / 12 * 4 * math.pi)) * unit))
+    draw.line(points, fill=WHITE, width=round(1.5 * unit), joint="curve")
+    for column, colour in enumerate((CELLS[0][0], CELLS[0][1], CELLS[1][2])):
+        left = 2 + 4 * column
+        draw.rectangle(
+            [left * unit, 10 * unit, (left + 4) * unit - 1, 14 * unit - 1], fill=colour
+        )
+    return image.resize((size, size), Image.BOX)
 
 
 def splitter() -> Image.Image:

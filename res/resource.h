@@ -71,3 +71,9 @@
 
 // Opened by nothing; hosts may.
 #define IDD_DATASET_SETTINGS 4415
+#define IDC_SETTINGS_NAME 4402
+#define IDC_SETTINGS_SHOW 4403
+
+#ifndef IDC_STATIC
+#define IDC_STATIC (-1)
+#endif

@@ -1,6 +1,5 @@
 #include "siblings/commonui/CRichInfoWindow.h"
 
-#include "siblings/commonui/CRichInfozq.h"
 #include "siblings/commonui/resource.h"
 
 IMPLEMENT_DYNAMIC(CRichInfoWindow, CDialogEx)
@@ -13,20 +12,19 @@ ON_COMMAND(ID_RICH_INFO_SELECT_ALL, &CRichInfoWindow::OnSelectAll)
 ON_COMMAND(ID_RICH_INFO_CLOSE, &CRichInfoWindow::OnCancel)
 END_MESSAGE_MAP()
 
-CRichInfoWindow::CRichInfoWindow(CRichInfozq& owner) : m_owner(&owner) {}
-
-BOOL CRichInfoWindow::make() {
-    return Create(IDD_RICH_INFO);
-}
-
 BOOL CRichInfoWindow::OnInitDialog() {
     CDialogEx::OnInitDialog();
     CRect area;
     GetClientRect(area);
     constexpr DWORD style = WS_CHILD | WS_VISIBLE | WS_VSCROLL | WS_TABSTOP | ES_MULTILINE |
                             ES_AUTOVSCROLL | ES_READONLY | ES_NOHIDESEL;
-    if (!m_text.Create(style, area, this, IDC_RICH_INFO_TEXT)) return TRUE;
+    if (!m_text.Create(style, area, this, IDC_RICH_INFO_TEXT)) {
+        EndDialog(IDCANCEL);
+        return TRUE;
+    }
     m_text.SetFont(GetFont());
+    constexpr int margin = 6;  // pixels
+    m_text.SendMessage(EM_SETMARGINS, EC_LEFTMARGIN | EC_RIGHTMARGIN, MAKELPARAM(margin, margin));
     constexpr long longestText = 1 << 24;  // characters
     m_text.LimitText(longestText);
     m_text.SetFocus();
@@ -35,24 +33,11 @@ BOOL CRichInfoWindow::OnInitDialog() {
 
 void CRichInfoWindow::show(const CString& text, const CString& title) {
     SetWindowText(title);
-    if (m_text.m_hWnd != nullptr) {
-        m_text.SetWindowText(text);
-        m_text.SetSel(0, 0);
-    }
+    m_text.SetWindowText(text);
+    m_text.SetSel(0, 0);
     ShowWindow(SW_SHOW);
     SetForegroundWindow();
-}
-
-void CRichInfoWindow::OnCancel() {
-    if (m_owner == nullptr)
-        DestroyWindow();
-    else
-        CDialogEx::OnCancel();
-}
-
-void CRichInfoWindow::PostNcDestroy() {
-    if (m_owner != nullptr) m_owner->m_window = nullptr;
-    delete this;
+    m_text.SetFocus();
 }
 
 void CRichInfoWindow::OnSize(UINT type, int cx, int cy) {
@@ -65,7 +50,10 @@ void CRichInfoWindow::OnContextMenu(CWnd*, CPoint point) {
     constexpr int edit = 1;
     CMenu* const popup = menu == nullptr ? nullptr : menu->GetSubMenu(edit);
     if (popup == nullptr) return;
-    if (point.x == -1 && point.y == -1) ::GetCursorPos(&point);
+    if (point.x == -1 && point.y == -1) {  // by key
+        point = CPoint(0, 0);
+        ClientToScreen(&point);
+    }
     popup->TrackPopupMenu(TPM_LEFTALIGN | TPM_RIGHTBUTTON, point.x, point.y, this);
 }
 

@@ -3,28 +3,15 @@
 
 #include "framework.h"
 
-class CRichInfozq;
-
-/// Modeless and resizable; closing hides it. Owned by the program's main window and destroyed with
-/// it; the object deletes itself then.
+/// Modeless and resizable, from template IDD_RICH_INFO. Closing hides it.
 class CRichInfoWindow : public CDialogEx {
     DECLARE_DYNAMIC(CRichInfoWindow)
 
 public:
-    explicit CRichInfoWindow(CRichInfozq& owner);
-
-    /// Makes the window. FALSE on failure.
-    BOOL make();
-
     void show(const CString& text, const CString& title);
-
-    /// The owner is gone: closing destroys the window.
-    void forgetOwner() { m_owner = nullptr; }
 
 protected:
     BOOL OnInitDialog() override;
-    void OnCancel() override;
-    void PostNcDestroy() override;
 
     afx_msg void OnSize(UINT type, int cx, int cy);
     afx_msg void OnContextMenu(CWnd* window, CPoint point);
@@ -33,6 +20,5 @@ protected:
     DECLARE_MESSAGE_MAP()
 
 private:
-    CRichInfozq* m_owner;  // null when it is gone
     CRichEditCtrl m_text;
 };

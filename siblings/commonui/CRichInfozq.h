@@ -6,23 +6,21 @@
 
 class CRichInfoWindow;
 
-/// Holds one information window, which is made when it is first shown. The object itself never
-/// touches a window when it is made or destroyed, so it may live as long as a library is loaded.
+/// Holds one information window, which is made when it is first shown. An object may live as long
+/// as a library is loaded: making it touches no window, nor does its end once the program's
+/// application object is gone.
 class CXC_COMMONUI_API CRichInfozq {
 public:
     CRichInfozq() = default;
     CRichInfozq(const CRichInfozq&) = delete;
     CRichInfozq& operator=(const CRichInfozq&) = delete;
-    /// A window that is open stays until the user closes it.
+    /// Closes the window.
     ~CRichInfozq();
 
-    /// Shows `text` under `title`, in place of what was shown before. Returns 1, or 0 without a
-    /// window.
+    /// Shows `text` under `title`, in place of what was shown before, and brings the window to the
+    /// front. The main window owns it. Returns 1, or 0 without a window.
     int showRichInfo02(const CString& text, const CString& title);
 
 private:
-    friend class CRichInfoWindow;
-    bool makeWindow();
-
-    CRichInfoWindow* m_window = nullptr;  // its own owner; clears this when it is destroyed
+    CRichInfoWindow* m_window = nullptr;  // owning; its window may have died with the main window
 };
