@@ -116,10 +116,7 @@ class Package(_Container):
         """
         if operation not in OPERATIONS:
             raise ValueError(f"unknown operation {operation!r}; known are {', '.join(OPERATIONS)}")
-        self._core.combine(OPERATIONS[operation], accumulate_control)
-        result = self.act_ctl
-        assert result is not None
-        return result
+        return Dataset(self._core.combine(OPERATIONS[operation], accumulate_control))
 
     def match_selections(
         self, active: tuple[int, int], control: tuple[int, int]
@@ -172,8 +169,7 @@ class Group(_Container):
         self.extend([dataset])
 
     def extend(self, datasets: Iterable[Dataset | None]) -> None:
-        added = [None if dataset is None else dataset._core for dataset in datasets]
-        self._core.members = self._core.members + added
+        self._core.extend([None if dataset is None else dataset._core for dataset in datasets])
 
     def clear(self) -> None:
         """Empties the list; nothing is current any more."""
@@ -186,13 +182,11 @@ class Group(_Container):
         The result has the largest size of each dimension, and every dataset counts in the
         divisor: where a smaller one has no value it counts as zero.
         """
-        self._core.average()
-        return self[-1]
+        return Dataset(self._core.average())
 
     def summary(self) -> tuple[Dataset, Dataset, Dataset]:
         """Appends and returns minimum, mean and maximum of all datasets, sized as by `average`."""
-        self._core.summarise()
-        return tuple(self[-3:])
+        return tuple(Dataset(core) for core in self._core.summarise())
 
     def __repr__(self) -> str:
         return f"<cxc.Group {self.name!r}: {len(self)} datasets>"

@@ -6,6 +6,7 @@
 
 #include <array>
 #include <memory>
+#include <utility>
 #include <vector>
 
 namespace py = pybind11;
@@ -16,6 +17,23 @@ namespace {
 using Dataset = CSnsCohDatazq;
 using Shared = std::shared_ptr<Dataset>;
 
+// One call of a container at a time. Other threads wait, so that nobody replaces what is lent;
+// what comes from the calling thread itself, as from a finalizer, is refused.
+class Use {
+public:
+    explicit Use(bool& used) : m_used(used) {
+        if (used) fail("the container is in use");
+        used = true;
+    }
+    ~Use() { m_used = false; }
+    Use(const Use&) = delete;
+    Use& operator=(const Use&) = delete;
+
+private:
+    const Exclusive m_here;  // before the flag is looked at
+    bool& m_used;
+};
+
 // The library's containers own their datasets alone. Python shares them, so the datasets live
 // here, and the library's container gets the bare pointers for the length of one call: whatever
 // it makes is taken over, and it never releases one.
@@ -23,13 +41,18 @@ class Package {
 public:
     CSnsCohFacezq fields;  // between calls its slots are empty
     std::array<Shared, 3> slots;
+    bool used = false;
 
     Shared get(int cls) const { return slots[index(cls)]; }
-    void set(int cls, Shared dataset) { slots[index(cls)] = std::move(dataset); }
+    void set(int cls, Shared dataset) {
+        const std::size_t i = index(cls);
+        const Use use(used);
+        slots[i].swap(dataset);
+    }
 
     template <class Call>
     void with(Call call) {
-        const Exclusive here;  // nobody else may find the slots lent
+        const Use use(used);
         const Lent lent(*this);
         call();
     }
@@ -38,8 +61,8 @@ public:
         // Loading releases what the slots hold, so they are lent empty; what a failed load has
         // left goes with them.
         auto fresh = std::make_unique<CSnsCohFacezq>();
-        fresh->m_actCtlOperation = fields.m_actCtlOperation;
         loadRecord(*fresh, path);
+        const Use use(used);
         slots = {take(fresh->m_cohActive), take(fresh->m_cohControl), take(fresh->m_cohActCtl)};
         fields.m_pkgID = fresh->m_pkgID;
         fields.m_pkgName = fresh->m_pkgName;
@@ -54,11 +77,7 @@ private:
         return static_cast<std::size_t>(cls);
     }
 
-    static Shared take(Dataset*& slot) {
-        Shared taken(slot);
-        slot = nullptr;
-        return taken;
-    }
+    static Shared take(Dataset*& slot) { return Shared(std::exchange(slot, nullptr)); }
 
     // The slots hold the datasets while this lives, exceptions included.
     class Lent {
@@ -92,11 +111,22 @@ class Group {
 public:
     CGroupMeegCxcFacezq fields;  // between calls its list is empty
     std::vector<Shared> members;
+    bool used = false;
+
+    void replace(std::vector<Shared> datasets) {
+        const Use use(used);
+        members.swap(datasets);
+    }
+
+    void extend(const std::vector<Shared>& datasets) {
+        const Use use(used);
+        members.insert(members.end(), datasets.begin(), datasets.end());
+    }
 
     /// Calls the library with the list lent; entries that it appends become members.
     template <class Call>
     void with(Call call) {
-        const Exclusive here;
+        const Use use(used);
         const Returned returned(*this);
         for (const Shared& member : members)
             fields.m_cohDatasets.Add(member.get());
@@ -112,11 +142,14 @@ public:
         } cleaner{*fresh};
         loadRecord(*fresh, path);
         std::vector<Shared> loaded;
-        while (fresh->m_cohDatasets.GetSize() > 0) {
-            loaded.emplace_back(static_cast<Dataset*>(fresh->m_cohDatasets.GetAt(0)));
-            fresh->m_cohDatasets.RemoveAt(0);
+        CPtrArray& list = fresh->m_cohDatasets;
+        for (INT_PTR i = 0; i < list.GetSize(); ++i) {
+            auto* const dataset = static_cast<Dataset*>(list.GetAt(i));
+            list.SetAt(i, nullptr);
+            loaded.push_back(Shared(dataset));
         }
-        members = std::move(loaded);
+        const Use use(used);
+        members.swap(loaded);
         fields.m_pkgID = fresh->m_pkgID;
         fields.m_pkgName = fresh->m_pkgName;
         fields.m_pkgInfo = fresh->m_pkgInfo;
@@ -143,15 +176,16 @@ private:
     };
 };
 
-void combine(Package& p, int operation, bool reduceControl) {
+Shared combine(Package& p, int operation, bool reduceControl) {
     Answers answers;
     answers.question = reduceControl ? IDYES : IDNO;
-    p.fields.m_actCtlOperation = operation;
     p.with([&] {
+        p.fields.m_actCtlOperation = operation;
         const Outcome outcome = run([&] { return p.fields.doAct_Ctl_operation(); }, "", answers);
         if (outcome.result == 0)
             fail(outcome.messages.empty() ? "there is not enough memory" : outcome.message());
     });
+    return p.slots[2];
 }
 
 py::tuple matchSelections(Package& p, std::pair<__int64, __int64> active,
@@ -167,18 +201,21 @@ py::tuple matchSelections(Package& p, std::pair<__int64, __int64> active,
     return py::make_tuple(active, control);
 }
 
-void average(Group& g) {
+Shared average(Group& g) {
     g.with([&] {
         require([&] { return g.fields.averageAll(); }, "",
                 "there is nothing to average, or not enough memory");
     });
+    return g.members.back();
 }
 
-void summarise(Group& g) {
+// Minimum, mean and maximum.
+std::vector<Shared> summarise(Group& g) {
     g.with([&] {
         require([&] { return g.fields.summaryAll(); }, "",
                 "there is nothing to summarise, or not enough memory");
     });
+    return {g.members.end() - 3, g.members.end()};
 }
 
 // What the two families have in common: the fields that their records store.
@@ -186,19 +223,34 @@ template <class Container>
 void defineFields(py::class_<Container>& c) {
     c.def_property(
          "id", [](const Container& k) { return k.fields.m_pkgID; },
-         [](Container& k, int id) { k.fields.m_pkgID = id; })
+         [](Container& k, int id) {
+             const Use use(k.used);
+             k.fields.m_pkgID = id;
+         })
         .def_property(
             "name", [](const Container& k) { return toPython(k.fields.m_pkgName); },
-            [](Container& k, const py::str& text) { k.fields.m_pkgName = fromPython(text); })
+            [](Container& k, const py::str& text) {
+                const Use use(k.used);
+                k.fields.m_pkgName = fromPython(text);
+            })
         .def_property(
             "info", [](const Container& k) { return toPython(k.fields.m_pkgInfo); },
-            [](Container& k, const py::str& text) { k.fields.m_pkgInfo = fromPython(text); })
+            [](Container& k, const py::str& text) {
+                const Use use(k.used);
+                k.fields.m_pkgInfo = fromPython(text);
+            })
         .def_property(
             "show", [](const Container& k) { return k.fields.m_pkgShow; },
-            [](Container& k, bool show) { k.fields.m_pkgShow = show; })
+            [](Container& k, bool show) {
+                const Use use(k.used);
+                k.fields.m_pkgShow = show;
+            })
         .def_property(
             "current", [](const Container& k) { return k.fields.m_curntCohDataSetID; },
-            [](Container& k, int current) { k.fields.m_curntCohDataSetID = current; })
+            [](Container& k, int current) {
+                const Use use(k.used);
+                k.fields.m_curntCohDataSetID = current;
+            })
         .def("save",
              [](Container& k, const std::string& path) {
                  k.with([&] { saveRecord(k.fields, path, "a dataset could not be stored"); });
@@ -219,7 +271,9 @@ void registerContainers(py::module_& m) {
 
     py::class_<Group> group(m, "Group");
     group.def(py::init<>())
-        .def_readwrite("members", &Group::members)
+        .def_property(
+            "members", [](const Group& g) { return g.members; }, &Group::replace)
+        .def("extend", &Group::extend)
         .def("average", average)
         .def("summarise", summarise);
     defineFields(group);

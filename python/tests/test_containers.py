@@ -2,6 +2,8 @@
 
 import gc
 import struct
+import threading
+import time
 
 import numpy as np
 import pytest
@@ -247,3 +249,72 @@ def test_datasets_outlive_their_group():
     del group
     gc.collect()
     assert result.shape == (2, 3, 3)
+
+
+# ---- other threads
+
+
+def beside(work, meddle):
+    """Calls `meddle` while another thread is in `work`; what that returned."""
+    results = []
+    thread = threading.Thread(target=lambda: results.append(work()))
+    thread.start()
+    time.sleep(0.003)
+    meddle()
+    gc.collect()
+    thread.join()
+    return results[0]
+
+
+def test_a_package_may_be_emptied_while_another_thread_combines_it():
+    for _ in range(10):
+        package = cxc.Package(dataset((100, 60, 60)), dataset((1, 60, 60), 2))
+        expected = package.active.to_array() - package.control.to_array()
+
+        def meddle():
+            package.active = package.control = None
+
+        result = beside(lambda: package.combine("subtract"), meddle)
+        np.testing.assert_array_equal(result.to_array(), expected)
+        assert package.active is None and package.control is None and package.act_ctl == result
+
+
+def test_a_group_may_be_emptied_while_another_thread_averages_it():
+    for _ in range(10):
+        members = [dataset((40, 60, 60), k) for k in range(12)]
+        expected = np.cumsum([member.to_array() for member in members], axis=0)[-1] / 12
+        group = cxc.Group(members)
+        del members
+        result = beside(group.average, group.clear)
+        np.testing.assert_array_equal(result.to_array(), expected)
+        assert len(group) == 0
+
+
+def test_what_another_thread_appends_while_a_group_is_averaged_is_a_member():
+    for _ in range(10):
+        group = cxc.Group(dataset((40, 60, 60), k) for k in range(12))
+        late = dataset((1, 2, 2))
+        result = beside(group.average, lambda: group.append(late))
+        assert len(group) == 14 and late in list(group) and result in list(group)
+        assert result.name == "Average12 Result" or group[12] == late
+
+
+def test_operations_of_two_threads_do_not_mix():
+    active, control = dataset((100, 60, 60)), dataset((1, 60, 60), 2)
+    package = cxc.Package(active, control)
+    a, c = active.to_array(), control.to_array()
+    for _ in range(10):
+        results = [None, None]
+
+        def combine(k, operation):
+            for _ in range(5):
+                package.act_ctl = None
+                results[k] = package.combine(operation)
+
+        first = threading.Thread(target=combine, args=(0, "add"))
+        second = threading.Thread(target=combine, args=(1, "multiply"))
+        first.start(), second.start()
+        first.join(), second.join()
+        sums = [np.array_equal(result.to_array(), a + c) for result in results]
+        products = [np.array_equal(result.to_array(), a * c) for result in results]
+        assert all(s or p for s, p in zip(sums, products))
