@@ -272,6 +272,20 @@ TEST(CGroupMeegCxcFace02Prcs_Average, PairWithoutAnArrayEndsItsRow) {
     EXPECT_EQ(cell(group.at(2), 1, 1, 4), cellValue(1, 1, 4) / 2);
 }
 
+TEST(CGroupMeegCxcFace02Prcs_Average, CellsBehindTheCountersOfADatasetAreNotTaken) {
+    for (const int lowered : {0, 1, 2}) {
+        CleanGroup group;
+        group.append(newFilled(4, 4, 6));
+        group.append(newFilled(4, 4, 6));
+        CSnsCohDatazq& data = group.at(1);  // has the cells, but says that it has fewer
+        (lowered == 0   ? data.m_snsRowTotal
+         : lowered == 1 ? data.m_snsColTotal
+                        : data.m_cohTimTotal) = 3;
+        expectAverageAndSummary(group);
+        EXPECT_EQ(cell(group.at(3), 5, 3, 3), cellValue(5, 3, 3) / 2) << lowered;
+    }
+}
+
 TEST(CGroupMeegCxcFace02Prcs_Average, PairWithAnEmptyArrayIsSkippedAlone) {
     CleanGroup group;
     group.append(newFilled(1, 3, 2));

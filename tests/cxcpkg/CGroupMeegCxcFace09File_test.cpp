@@ -164,6 +164,11 @@ TEST_F(CGroupMeegCxcFace09FileTest, CountBeyondTheFileEndsWithTheFile) {
     group.expectOthersUnchanged();
 }
 
+TEST_F(CGroupMeegCxcFace09FileTest, StoringFlushesTheArchive) {
+    OtherGroup group;
+    EXPECT_EQ(test::bytesBeforeClosing(group), stored(group).size());
+}
+
 TEST_F(CGroupMeegCxcFace09FileTest, ForeignRecordsAreRefused) {
     for (const char* magic : {"SNSCOHFACE", "GroupCxcDataFace", "GROUPCXCDATAFACES", ""}) {
         OtherGroup group;

@@ -159,6 +159,13 @@ TEST_F(CSnsCohFace02Prcs_Match, BothEndsAtTheirBoundsEndTheSearch) {
     EXPECT_EQ(match(package, m), 0);
     expectMatch(m, 0, 10, 0, 4);
     EXPECT_EQ(app.messages(), Texts{"Can't match the active and control selections!"});
+    EXPECT_EQ(app.messageTypes(), std::vector<UINT>{MB_OK});
+    app.clearMessages();
+    MatchPackage other(6, 100);
+    m = {2, 3, 40, 50};
+    EXPECT_EQ(match(other, m), 0);
+    expectMatch(m, 0, 5, 40, 50);
+    EXPECT_EQ(app.messages(), Texts{"Can't match the active and control selections!"});
 }
 
 TEST_F(CSnsCohFace02Prcs_Match, EqualWidthsStayAsTheyAre) {
@@ -430,6 +437,10 @@ TEST_F(CSnsCohFace02Prcs_ActCtl, OneDatasetInTwoSlotsIsBearable) {
     package.m_cohActCtl = package.m_cohControl;
     EXPECT_EQ(package.doAct_Ctl_operation(), 1);
     EXPECT_EQ(package.m_cohControl->m_cohTimTotal, 5);
+    test::fill(*package.m_cohActive, 2, 3, 1);
+    test::fill(*package.m_cohControl, 2, 3, 1);
+    EXPECT_EQ(package.doAct_Ctl_operation(), 1);
+    EXPECT_EQ(cell(*package.m_cohControl, 0, 1, 2), cellValue(0, 1, 2));  // cleared before
     package.m_cohActCtl = nullptr;
 }
 

@@ -228,6 +228,22 @@ TEST_F(CSnsCohFace09FileTest, ReservedFieldsOfTheOlderLayoutAreWrittenAsZero) {
     expectBytes(file.bytes(), Bytes().i32(-1).i32(0).i32(0).i32(0).str());
 }
 
+TEST_F(CSnsCohFace09FileTest, DatasetsPartAloneReleasesTheFormerDatasets) {
+    Parts package;
+    package.setCohData(test::newFilled(2, 2, 1), active);
+    package.setCohData(test::newFilled(2, 2, 1), control);
+    test::ArchiveFile file(twoDatasets());
+    EXPECT_EQ(file.load([&](CArchive& ar) { return package._01SerializeCohDataPA(ar); }), 1);
+    golden::expectGrid(*package.m_cohActive);
+    EXPECT_EQ(package.m_cohControl, nullptr);
+    EXPECT_EQ(package.getTotalCohDataset(), 2);
+}
+
+TEST_F(CSnsCohFace09FileTest, StoringFlushesTheArchive) {
+    FullPackage package;
+    EXPECT_EQ(test::bytesBeforeClosing(package), stored(package).size());
+}
+
 TEST_F(CSnsCohFace09FileTest, ForeignRecordsAreRefused) {
     for (const char* magic : {"GROUPCXCDATAFACE", "SnsCohFace", "SNSCOHFAC", "SNSCOHFACES", ""}) {
         OtherPackage package;
@@ -398,12 +414,13 @@ TEST_F(CSnsCohFace09FileTest, EveryFailingAllocationIsAStatus) {
 }
 
 TEST_F(CSnsCohFace09FileTest, ControlWithoutMemoryForItsDatasetEndsTheLoad) {
-    const Bytes bytes =
-        opening().i32(2).i32(0).i32(1).append(smallRecord(2.5)).i32(0).append(others());
-    CSnsCohFacezq package;
+    // What follows the flag could be read as an absent Act-Ctl and the others.
+    const Bytes bytes = opening().i32(2).i32(0).i32(1).i32(0).append(others());
+    OtherPackage package;
     const test::FailingMemory memory(1, true);
     EXPECT_EQ(load(package, bytes), 0);
     EXPECT_EQ(package.m_cohControl, nullptr);
+    package.expectOthersUnchanged();
 }
 
 TEST_F(CSnsCohFace09FileTest, FileThatCannotBeWrittenIsAnException) {

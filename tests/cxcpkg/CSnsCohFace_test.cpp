@@ -293,6 +293,23 @@ TEST_F(CSnsCohFaceSizes, ActCtlIsMadeAndNamed) {
     EXPECT_EQ(package.m_cohActCtl->m_cohTimTotal, 7);
 }
 
+TEST_F(CSnsCohFaceSizes, OneSliceOfEachClassIsWanted) {
+    FullPackage package;
+    EXPECT_EQ(package.checkInitSnsCohPkg(2, 1, 1, 1, true), 1);
+    EXPECT_EQ(package.getTotalCohDataset(), 3);
+    EXPECT_EQ(package.m_cohControl->m_cohTimTotal, 1);
+    EXPECT_EQ(package.m_cohActCtl->m_cohTimTotal, 1);
+}
+
+TEST_F(CSnsCohFaceSizes, ControlThatCannotBeSizedEndsTheCall) {
+    FullPackage package;
+    EXPECT_EQ(package.checkInitSnsCohPkg(2, 4, test::mostIndex, 3, true), 0);
+    EXPECT_EQ(package.m_cohActive->m_cohTimTotal, 4);
+    ASSERT_NE(package.m_cohControl, nullptr);
+    EXPECT_EQ(package.m_cohControl->m_mCC, nullptr);
+    EXPECT_EQ(package.m_cohActCtl->m_cohTimTotal, 7);  // not reached
+}
+
 TEST_F(CSnsCohFaceSizes, MissingControlReplacesActiveByAFreshDataset) {
     CSnsCohFacezq package;
     EXPECT_EQ(package.checkInitSnsCohPkg(64, 10, 5, 3, true), 0);

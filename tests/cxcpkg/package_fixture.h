@@ -80,6 +80,16 @@ std::string stored(Holder& holder) {
     return file.bytes();
 }
 
+/// Bytes that have reached the file when a stored holder's archive is not closed yet.
+template <class Holder>
+std::size_t bytesBeforeClosing(Holder& holder) {
+    ArchiveFile file;
+    return file.store([&](CArchive& ar) {
+        EXPECT_EQ(holder.serialize(ar), 1);
+        return static_cast<std::size_t>(ar.GetFile()->GetLength());
+    });
+}
+
 template <class Holder>
 int load(Holder& holder, const Bytes& bytes) {
     return ArchiveFile(bytes).load([&](CArchive& ar) { return holder.serialize(ar); });
