@@ -1,0 +1,168 @@
+#ifdef _WIN32
+
+#include "host/axis_labels.h"
+#include "host/color_map.h"
+#include "host/shown_slice.h"
+#include "host/strong_pairs.h"
+#include "tests/support/DatasetFixture.h"
+#include "tests/support/TestApp.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+
+namespace {
+
+constexpr double nan = std::numeric_limits<double>::quiet_NaN();
+const COLORREF white = ColorMap(0.0, 1.0).colorOf(0.0);
+
+int lightness(COLORREF color) {
+    return GetRValue(color) + GetGValue(color) + GetBValue(color);
+}
+
+TEST(ColorMap, BothSignsAreComparedOnOneScale) {
+    const ColorMap map(-1.0, 4.0);
+    EXPECT_EQ(map.bottom(), -4.0);
+    EXPECT_EQ(map.top(), 4.0);
+    EXPECT_EQ(map.colorOf(0.0), white);
+    EXPECT_GT(GetRValue(map.colorOf(2.0)), GetBValue(map.colorOf(2.0)));
+    EXPECT_LT(GetRValue(map.colorOf(-2.0)), GetBValue(map.colorOf(-2.0)));
+}
+
+TEST(ColorMap, OneSignBeginsAtZero) {
+    const ColorMap positive(0.5, 2.0);
+    EXPECT_EQ(positive.bottom(), 0.0);
+    EXPECT_EQ(positive.top(), 2.0);
+    const ColorMap negative(-3.0, -1.0);
+    EXPECT_EQ(negative.bottom(), -3.0);
+    EXPECT_EQ(negative.top(), 0.0);
+}
+
+TEST(ColorMap, StrongerIsDarker) {
+    const ColorMap map(-1.0, 1.0);
+    for (const double sign : {-1.0, 1.0}) {
+        int before = lightness(white) + 1;
+        for (int i = 0; i <= 20; ++i) {
+            const int here = lightness(map.colorOf(sign * i / 20.0));
+            EXPECT_LT(here, before) << sign << " " << i;
+            before = here;
+        }
+    }
+}
+
+TEST(ColorMap, BearsEveryRangeAndValue) {
+    const double infinity = std::numeric_limits<double>::infinity();
+    EXPECT_EQ(ColorMap(0.0, 1.0).colorOf(nan), static_cast<COLORREF>(RGB(160, 160, 160)));
+    EXPECT_EQ(ColorMap(0.0, 1.0).colorOf(7.0), ColorMap(0.0, 1.0).colorOf(1.0));
+    EXPECT_EQ(ColorMap(0.0, 1.0).colorOf(infinity), ColorMap(0.0, 1.0).colorOf(1.0));
+    for (const double least : {nan, -infinity, 0.0, 5.0}) {
+        const ColorMap map(least, 0.0);
+        EXPECT_LT(map.bottom(), map.top());
+        EXPECT_EQ(map.colorOf(0.0), white);
+    }
+}
+
+TEST(AxisLabels, StepIsTheSmallestRoundOneThatFits) {
+    EXPECT_EQ(labelStep(16, 320, 18), 1);
+    EXPECT_EQ(labelStep(64, 320, 18), 5);
+    EXPECT_EQ(labelStep(306, 320, 18), 20);
+    EXPECT_EQ(labelStep(306, 320, 25), 50);
+    EXPECT_EQ(labelStep(5, 0, 25), 5);
+    EXPECT_EQ(labelStep(3, 10, 1000), 5);
+}
+
+ShownSlice sliceOf(int rows, int cols, std::vector<double> values, double least, double most) {
+    ShownSlice shown;
+    shown.rows = rows;
+    shown.cols = cols;
+    shown.values = std::move(values);
+    shown.least = least;
+    shown.most = most;
+    return shown;
+}
+
+TEST(StrongPairs, StrongestComeLastAndTheDiagonalNever) {
+    const ShownSlice shown = sliceOf(3, 3, {9, 1, -4, 1, 9, 2, -4, 2, 9}, -4, 2);
+    const std::vector<StrongPair> pairs = strongPairs(shown, 2);
+    ASSERT_EQ(pairs.size(), 2u);
+    EXPECT_EQ(pairs[0].value, 2);
+    EXPECT_EQ(pairs[1].value, -4);
+    EXPECT_EQ(pairs[1].row, 0);
+    EXPECT_EQ(pairs[1].col, 2);
+    EXPECT_EQ(pairs[1].strength, 1.0);
+    EXPECT_EQ(pairs[0].strength, 0.5);
+}
+
+TEST(StrongPairs, StrongerDirectionCountsAndNothingIsNoPair) {
+    const ShownSlice shown = sliceOf(3, 3, {0, 1, nan, -5, 0, 0, nan, 0, 0}, -5, 1);
+    const std::vector<StrongPair> pairs = strongPairs(shown, 10);
+    ASSERT_EQ(pairs.size(), 1u);
+    EXPECT_EQ(pairs[0].value, -5);
+}
+
+TEST(StrongPairs, UnequalCountsOfSensorsStayInsideTheSlice) {
+    EXPECT_EQ(strongPairs(sliceOf(2, 4, std::vector<double>(8, 1.0), 0, 1), 99).size(), 5u);
+    EXPECT_EQ(strongPairs(sliceOf(4, 2, std::vector<double>(8, 1.0), 0, 1), 99).size(), 1u);
+    EXPECT_TRUE(strongPairs(ShownSlice(), 99).empty());
+}
+
+TEST(Paled, GoesFromWhiteToTheColor) {
+    EXPECT_EQ(paled(RGB(10, 20, 30), 1.0), static_cast<COLORREF>(RGB(10, 20, 30)));
+    EXPECT_EQ(paled(RGB(10, 20, 30), 0.0), static_cast<COLORREF>(RGB(255, 255, 255)));
+}
+
+TEST(ReadSlice, CopiesTheSelectedSlice) {
+    CSnsCohDatazq data;
+    test::fill(data, 2, 3, 5);
+    data.setSelect(3, 4);
+    data.m_cxcName = _T("name");
+    const ShownSlice shown = readSlice(&data);
+    EXPECT_EQ(shown.rows, 2);
+    EXPECT_EQ(shown.cols, 3);
+    EXPECT_EQ(shown.slice, 3);
+    EXPECT_EQ(shown.slices, 5);
+    EXPECT_EQ(shown.at(1, 2), test::cellValue(3, 1, 2));
+    EXPECT_TRUE(readSlice(nullptr).empty());
+    CSnsCohDatazq empty;
+    EXPECT_TRUE(readSlice(&empty).empty());
+}
+
+TEST(ReadSlice, FingerprintFollowsEveryChange) {
+    CSnsCohDatazq data;
+    test::fill(data, 2, 2, 3);
+    std::vector<std::size_t> seen = {readSlice(&data).fingerprint()};
+    EXPECT_EQ(readSlice(&data).fingerprint(), seen.back());
+    const auto look = [&] {
+        const std::size_t now = readSlice(&data).fingerprint();
+        for (const std::size_t before : seen)
+            EXPECT_NE(now, before);
+        seen.push_back(now);
+    };
+    data.setSelect(1, 1);
+    look();
+    data.m_cxcName = _T("x");
+    look();
+    test::cell(data, 1, 0, 1) += 0.001;
+    look();
+    data.m_activeColor = 5;
+    look();
+    test::cell(data, 2, 0, 1) = -1e6;  // the range
+    look();
+}
+
+TEST(ReadSlice, BearsHostileDatasets) {
+    for (const test::HostileDataset& hostile : test::hostileDatasets()) {
+        SCOPED_TRACE(hostile.name);
+        CSnsCohDatazq data;
+        hostile.make(data);
+        const ShownSlice shown = readSlice(&data);
+        EXPECT_EQ(shown.values.size(),
+                  static_cast<std::size_t>(shown.rows) * static_cast<std::size_t>(shown.cols));
+        strongPairs(shown, 50);
+    }
+}
+
+}  // namespace
+
+#endif
