@@ -92,6 +92,7 @@ def circle(
     quantity: str = COHERENCE,
     signed: bool = False,
     pairs: int | None = None,
+    top: float | None = None,
 ) -> None:
     """Draws the sensors on a circle, joined where they are most coherent, and writes a PNG.
 
@@ -103,6 +104,7 @@ def circle(
         labels, path, title, subtitle, quantity, signed: as for `heatmap`.
         pairs: how many lines; as many as sensors and at least 10 when None. Pairs of value 0
             are not drawn.
+        top: as for `heatmap`; from the lines drawn when None.
     """
     count = len(labels)
     side = 6.6 if count <= 40 else 8.2  # width of the drawing [inch]
@@ -121,7 +123,7 @@ def circle(
     points = np.stack([np.cos(angles), np.sin(angles)], axis=1)
     strongest = _strongest(values, max(count, 10) if pairs is None else pairs)
     picked = np.array([values[row, column] for row, column in strongest])
-    colours, scale = _colours(picked, signed, from_zero=False)
+    colours, scale = _colours(picked, signed, from_zero=False, top=top)
     reach = np.abs(picked).max(initial=0.0)
     least = np.abs(picked).min(initial=reach)
     for (row, column), value in reversed(list(zip(strongest, picked))):

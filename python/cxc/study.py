@@ -225,16 +225,16 @@ def _draw(results: list[Result], average: Dataset, out: str) -> None:
             top=top,
         )
     title = f"Average of {len(results)} subjects: Act-Ctl coherence, {low:g} to {high:g} Hz"
-    subtitle = f"mean of {len(average)} slices"
+    subtitle = f"mean of {len(average)} slices; one scale for the study"
     quantity = "difference of magnitude-squared coherence"
     heatmap(
         overall, labels, os.path.join(out, "average-heatmap.png"),
-        title=title, subtitle=subtitle + "; one scale for the study",
+        title=title, subtitle=subtitle,
         quantity=quantity, signed=True, top=top,
     )  # fmt: skip
     circle(
         overall, labels, os.path.join(out, "average-circle.png"),
-        title=title, subtitle=subtitle, quantity=quantity, signed=True,
+        title=title, subtitle=subtitle, quantity=quantity, signed=True, top=top,
     )  # fmt: skip
 
 

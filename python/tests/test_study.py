@@ -107,6 +107,26 @@ def test_the_report_names_everything_and_says_where_zeros_count(folder, tmp_path
     ]
 
 
+def test_all_pictures_share_one_colour_scale(folder, tmp_path, monkeypatch):
+    data, _ = folder
+    drawn = []
+
+    def note(values, labels, path, *, top, **options):
+        drawn.append((os.path.basename(path), np.abs(values).max(), top))
+
+    monkeypatch.setattr("cxc.plot.heatmap", note)
+    monkeypatch.setattr("cxc.plot.circle", note)
+    assert main(["study", str(data), "--out", str(tmp_path / "out"), *suffixes(), *OPTIONS]) == 0
+    assert [name for name, _, _ in drawn] == [
+        "s1-heatmap.png",
+        "s2-heatmap.png",
+        "average-heatmap.png",
+        "average-circle.png",
+    ]
+    tops = {top for _, _, top in drawn}
+    assert len(tops) == 1 and tops.pop() >= max(largest for _, largest, _ in drawn)
+
+
 def test_a_csv_names_the_subjects(folder, tmp_path):
     data, _ = folder
     table = data / "subjects.csv"
