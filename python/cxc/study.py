@@ -82,7 +82,7 @@ def subjects_of_csv(path: str) -> list[Subject]:
     """Reads the columns subject, active and control; relative paths start at the CSV's folder.
 
     Raises:
-        CommandError: a column or a value is missing, or a subject stands twice.
+        CommandError: a column or a value is missing.
     """
     try:
         with open(path, newline="", encoding="utf-8-sig") as file:
@@ -108,18 +108,26 @@ def subjects_of_csv(path: str) -> list[Subject]:
         )
     if not subjects:
         raise CommandError(f"{path}: no subjects")
-    names = [_file_name(subject.name) for subject in subjects]
-    for name in names:
-        if names.count(name) > 1:
-            raise CommandError(f"{path}: the subject {name} stands more than once")
     return subjects
 
 
 def subjects_of(source: str, active_suffix: str = "_2", control_suffix: str = "_1"):
-    """The subjects of a folder or of a CSV file."""
+    """The subjects of a folder or of a CSV file.
+
+    Raises:
+        CommandError: as the two, and for names of which the results would replace each other.
+    """
     if os.path.isdir(source):
-        return subjects_of_folder(source, active_suffix, control_suffix)
-    return subjects_of_csv(source)
+        subjects = subjects_of_folder(source, active_suffix, control_suffix)
+    else:
+        subjects = subjects_of_csv(source)
+    names = [_file_name(subject.name) for subject in subjects]
+    for name in names:
+        if names.count(name) > 1:
+            raise CommandError(f"{source}: the subject {name} stands more than once")
+        if name == "average":
+            raise CommandError(f"{source}: the name average is kept for the group's own results")
+    return subjects
 
 
 def run_study(

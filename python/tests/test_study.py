@@ -152,6 +152,11 @@ def test_folders_and_tables_that_do_not_fit_are_named(tmp_path):
     refused(tmp_path, "a has no active recording")
     (tmp_path / "a_2.edf").touch()
     assert [s.name for s in subjects_of(str(tmp_path))] == ["a"]
+    for name in ("b c_1.edf", "b c_2.edf", "b_c_1.edf", "b_c_2.edf"):
+        (tmp_path / name).touch()
+    refused(tmp_path, "b_c stands more than once")
+    for name in ("b c_1.edf", "b c_2.edf"):
+        (tmp_path / name).unlink()
     (tmp_path / "a_2.bdf").touch()
     refused(tmp_path, "second active")
     table = tmp_path / "t.csv"
@@ -161,6 +166,8 @@ def test_folders_and_tables_that_do_not_fit_are_named(tmp_path):
     refused(table, "line 2: no control")
     table.write_text("subject,active,control\nA,x,y\nA,x,y\n")
     refused(table, "more than once")
+    table.write_text("subject,active,control\nA,x,y\naverage,x,y\n")
+    refused(table, "name average is kept")
     table.write_bytes(b"\xff\xfe\x00\x00")
     refused(table, "not a CSV file")
     table.write_text("subject,active,control\nA,x.edf,/y.edf\n")
