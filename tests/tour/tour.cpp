@@ -133,8 +133,6 @@ private:
         require(package().m_cohActCtl != nullptr, "Active and Control were not combined");
         pressRow(waveform().m_listFace, 2);
         settle();
-        picture(waveform().m_hWnd, "waveform-manager.bmp");
-        picture(m_frame->m_hWnd, "host-act-ctl.bmp");
     }
 
     void statistics() {
@@ -160,6 +158,9 @@ private:
         require(test::toUtf8(package().m_cohActCtl->m_cxcName) == "Against the mean",
                 "the dataset has not got its name");
         pressRow(waveform().m_listFace, 2);
+        settle();
+        picture(waveform().m_hWnd, "waveform-manager.bmp");
+        picture(m_frame->m_hWnd, "host-act-ctl.bmp");
     }
 
     void typeName(HWND dialog) {
