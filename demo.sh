@@ -25,8 +25,8 @@ log=build/demo-build.log
 build() {
   local preset=$1
   shift
-  if ! { cmake --preset "$preset" && cmake --build --preset "$preset" -j "$(nproc)" --target "$@"; } \
-      >"$log" 2>&1; then
+  if ! { cmake --preset "$preset" &&
+         cmake --build --preset "$preset" -j "$(nproc)" --target "$@"; } >"$log" 2>&1; then
     tail -n 40 "$log" >&2
     echo "demo: the build failed" >&2
     exit 1
