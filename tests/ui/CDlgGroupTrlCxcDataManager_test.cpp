@@ -494,6 +494,21 @@ TEST_F(CDlgGroupTrlCxcDataManagerTest, RightClickOpensThePopupAndItsItemIsCarrie
     EXPECT_EQ(notifications, 1);
 }
 
+TEST_F(CDlgGroupTrlCxcDataManagerTest, MenuBarOpensAndItsItemsAreCarriedOut) {
+    openThree();
+    test::chooseInMenuBar(dialog(), 3, 4);  // Process, Average All Network
+    EXPECT_EQ(group->size(), 4);
+    EXPECT_EQ(notifications, 1);
+    test::chooseInMenuBar(dialog(), 0, 4);  // File, Exit
+    EXPECT_FALSE(dialog().IsWindowVisible());
+}
+
+TEST_F(CDlgGroupTrlCxcDataManagerTest, TimerDoesNothing) {
+    openThree();
+    EXPECT_EQ(dialog().SendMessage(WM_TIMER, 1, 0), 0);
+    EXPECT_EQ(notifications, 0);
+}
+
 TEST_F(CDlgGroupTrlCxcDataManagerTest, ListFollowsTheSizeOfTheWindow) {
     openThree();
     dialog().SetWindowPos(nullptr, 0, 0, 900, 400, SWP_NOMOVE | SWP_NOZORDER);

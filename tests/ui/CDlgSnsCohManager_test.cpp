@@ -522,6 +522,15 @@ TEST_F(CDlgSnsCohManagerTest, ZeroDiagonalActsOnActCtlUntilARowIsPressed) {
     EXPECT_EQ(test::rowOf(dialog().m_listData, 0, 6), "CxC1|0|0|5|0|0.000000");
 }
 
+TEST_F(CDlgSnsCohManagerTest, MenuBarOpensAndItsItemsAreCarriedOut) {
+    giveAll();
+    open();
+    test::chooseInMenuBar(dialog(), 1, 2);  // Edit, Zero Diagonal
+    EXPECT_EQ(test::cell(*package->m_cohActCtl, 0, 1, 1), 0.0);
+    test::chooseInMenuBar(dialog(), 0, 4);  // File, Exit
+    EXPECT_FALSE(dialog().IsWindowVisible());
+}
+
 TEST_F(CDlgSnsCohManagerTest, ZeroDiagonalDoesNothingWithoutActCtl) {
     giveAll();
     package->deleteCohDataset(actCtl);

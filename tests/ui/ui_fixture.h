@@ -170,6 +170,24 @@ private:
     int m_looks = 0;
 };
 
+/// Clicks a popup of the window's menu bar and chooses in it: the item that `downs` presses of the
+/// down key reach.
+inline void chooseInMenuBar(CWnd& window, int popup, int downs) {
+    MENUBARINFO info = {};
+    info.cbSize = sizeof(info);
+    ASSERT_TRUE(::GetMenuBarInfo(window.m_hWnd, OBJID_MENU, popup + 1, &info));
+    CPoint point(info.rcBar.left + 5, (info.rcBar.top + info.rcBar.bottom) / 2);
+    window.ScreenToClient(&point);
+    const WhenMenuOpens user([&](HMENU) {
+        for (int i = 0; i < downs; ++i)
+            window.PostMessage(WM_KEYDOWN, VK_DOWN);
+        window.PostMessage(WM_KEYDOWN, VK_RETURN);
+    });
+    click(window.m_hWnd, point);
+    pump();
+    parkPointer();
+}
+
 /// The host: a main window that owns the managers.
 class HostApp : public TestApp {
 public:
