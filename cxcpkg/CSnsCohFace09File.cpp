@@ -52,6 +52,22 @@ int passAll(CArchive& ar, CSnsCohFace& package, const Pass (&fields)[Count]) {
     return 1;
 }
 
+// Reads the dataset of `cls`. It comes into its slot when its record ends, however that happens:
+// while a message of the record stands, the user may delete what the slots hold.
+Nested loadSlot(CArchive& ar, CSnsCohFace& package, const cxc::CohClass& cls) {
+    struct Placed {
+        ~Placed() {
+            if (dataset == nullptr) return;
+            cxc::releaseSlot(package, cls);
+            package.*cls.slot = dataset;
+        }
+        CSnsCohFace& package;
+        const cxc::CohClass& cls;
+        CSnsCohDatazq* dataset;
+    } placed = {package, cls, nullptr};
+    return cxc::passNested(ar, placed.dataset);
+}
+
 // Whether the record goes on behind the dataset of `cls`. Deliberate: while loading, a Control
 // record that was refused is passed over, and what follows is read from where it stopped.
 bool goesOn(Nested dataset, const cxc::CohClass& cls, bool loading) {
@@ -65,7 +81,8 @@ int CSnsCohFace09File::_01SerializeCohDataPA(CArchive& ar) {
     if (ar.IsLoading()) cleanSnsCohPkg();
     cxc::passItem(ar, m_curntCohDataSetID);
     for (const cxc::CohClass& cls : cxc::cohClasses) {
-        const Nested dataset = cxc::passNested(ar, this->*cls.slot);
+        const Nested dataset =
+            ar.IsLoading() ? loadSlot(ar, *this, cls) : cxc::passNested(ar, this->*cls.slot);
         if (!goesOn(dataset, cls, ar.IsLoading())) return 0;
     }
     return 1;

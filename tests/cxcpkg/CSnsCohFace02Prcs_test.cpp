@@ -3,7 +3,6 @@
 #include "tests/cxcpkg/package_fixture.h"
 
 #include <cmath>
-#include <functional>
 #include <limits>
 
 namespace {
@@ -444,27 +443,17 @@ TEST_F(CSnsCohFace02Prcs_ActCtl, OneDatasetInTwoSlotsIsBearable) {
     package.m_cohActCtl = nullptr;
 }
 
-// An application whose user works on the package while the question stands.
-class MeddlingApp : public test::TestApp {
-public:
-    std::function<void()> meddle;
-    int DoMessageBox(LPCTSTR prompt, UINT type, UINT id) override {
-        if (meddle && (type & MB_TYPEMASK) == MB_YESNO) meddle();
-        return TestApp::DoMessageBox(prompt, type, id);
-    }
-};
-
 TEST(CSnsCohFace02Prcs_Meddling, DatasetsMayGoWhileTheQuestionStands) {
     for (const int gone : {active, control}) {
         FullPackage package;
-        MeddlingApp app;
+        test::MeddlingApp app;
         app.meddle = [&] { package.deleteCohDataset(gone); };
         app.answer(IDYES);
         EXPECT_EQ(package.doAct_Ctl_operation(), 0);
         EXPECT_EQ(app.messages().size(), 1u);
     }
     FullPackage package;
-    MeddlingApp app;
+    test::MeddlingApp app;
     app.meddle = [&] {
         package.setCohData(newFilled(3, 3, 4), control);
         package.setCohData(nullptr, actCtl);

@@ -309,6 +309,28 @@ TEST_F(CSnsCohFace09FileTest, RefusedActiveRecordEndsTheLoad) {
     package.expectOthersUnchanged();
 }
 
+TEST(CSnsCohFace09File_Meddling, SlotsMayBeEmptiedWhileAMessageOfTheRecordStands) {
+    // The grid ends with a foreign vector record, which is said in a message.
+    const Bytes bytes = opening()
+                            .i32(2)
+                            .i32(1)
+                            .append(golden::opening(20160311))
+                            .append(golden::sizes(1, 2, 1))
+                            .i32(1)
+                            .append(golden::vectorRecord({1.5}))
+                            .string("NOMATRIX1D");
+    FullPackage package;
+    test::MeddlingApp app;
+    app.meddle = [&] { package.cleanSnsCohPkg(); };
+    EXPECT_EQ(outcomeOfLoading(package, bytes), Outcome::refused);
+    EXPECT_EQ(app.messages().size(), 1u);
+    ASSERT_NE(package.m_cohActive, nullptr);
+    EXPECT_EQ(package.m_cohActive->m_mCC, nullptr);
+    app.meddle = [&] { package.setCohData(newGolden(), active); };
+    EXPECT_EQ(outcomeOfLoading(package, bytes), Outcome::refused);
+    EXPECT_EQ(package.m_cohActive->m_mCC, nullptr);
+}
+
 TEST_F(CSnsCohFace09FileTest, RefusedActCtlRecordEndsTheLoad) {
     OtherPackage package;
     EXPECT_EQ(load(package, opening()

@@ -10,6 +10,7 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -65,6 +66,16 @@ struct CleanGroup : CGroupMeegCxcFacezq {
     }
     std::string name(int index) { return ascii(at(index).m_cxcName); }
     int size() { return static_cast<int>(getTotalCohDataset()); }
+};
+
+/// An application whose user works on while a message or question stands.
+class MeddlingApp : public TestApp {
+public:
+    std::function<void()> meddle;
+    int DoMessageBox(LPCTSTR prompt, UINT type, UINT id) override {
+        if (meddle) meddle();
+        return TestApp::DoMessageBox(prompt, type, id);
+    }
 };
 
 /// Whether fields stand in memory in the given order.
