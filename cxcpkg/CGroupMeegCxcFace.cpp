@@ -43,13 +43,6 @@ __int64 extreme(const CPtrArray& list, __int64 CSnsCohData::*count, Better bette
     return best;
 }
 
-int countDatasets(const CPtrArray& list) {
-    int n = 0;
-    for (INT_PTR i = 0; i < list.GetSize(); ++i)
-        n += datasetAt(list, i) == nullptr ? 0 : 1;
-    return n;
-}
-
 }  // namespace
 
 CGroupMeegCxcFace::CGroupMeegCxcFace()
@@ -156,11 +149,11 @@ __int64 CGroupMeegCxcFace::getTimeSliceMin() {
 int CGroupMeegCxcFace::getCxcSizeMin(__int64& rows, __int64& cols) {
     rows = extreme(m_cohDatasets, &CSnsCohData::m_snsRowTotal, std::less<__int64>());
     cols = extreme(m_cohDatasets, &CSnsCohData::m_snsColTotal, std::less<__int64>());
-    return countDatasets(m_cohDatasets);
+    return cxc::countDatasets(m_cohDatasets);
 }
 
 int CGroupMeegCxcFace::getCxcSizeMax(__int64& rows, __int64& cols) {
     rows = extreme(m_cohDatasets, &CSnsCohData::m_snsRowTotal, std::greater<__int64>());
     cols = extreme(m_cohDatasets, &CSnsCohData::m_snsColTotal, std::greater<__int64>());
-    return countDatasets(m_cohDatasets);
+    return cxc::countDatasets(m_cohDatasets);
 }

@@ -11,10 +11,7 @@ static_assert(!std::is_polymorphic_v<CSnsCohFace>, "the package chain has no vir
 namespace {
 
 using cxc::CohClass;
-
-int currentOr(const CSnsCohFace& package, int cls) {
-    return cls == -1 ? package.m_curntCohDataSetID : cls;
-}
+using cxc::currentOr;
 
 // The dataset of a class, made and named where it is missing; null on failure.
 CSnsCohDatazq* neededDataset(CSnsCohFace& package, const CohClass& cls) {

@@ -8,7 +8,7 @@ namespace {
 
 // A class that exists becomes the current one.
 const cxc::CohClass* choose(CSnsCohFace& package, int cls) {
-    const int id = cls == -1 ? package.m_curntCohDataSetID : cls;
+    const int id = cxc::currentOr(package, cls);
     const cxc::CohClass* const chosen = cxc::cohClass(id);
     if (chosen != nullptr) package.m_curntCohDataSetID = id;
     return chosen;

@@ -8,7 +8,7 @@ CSnsCohFacezq::~CSnsCohFacezq() {
 }
 
 int CSnsCohFacezq::sumPkg(const CSnsCohDatazq& data, int cls) {
-    const cxc::CohClass* const wanted = cxc::cohClass(cls == -1 ? m_curntCohDataSetID : cls);
+    const cxc::CohClass* const wanted = cxc::cohClass(cxc::currentOr(*this, cls));
     if (wanted == nullptr || this->*wanted->slot == nullptr) return 0;
     return (this->*wanted->slot)->sumDatSetSns(data);
 }

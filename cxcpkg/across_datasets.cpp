@@ -263,15 +263,8 @@ private:
         }
     }
 
-    static __int64 countDatasets(const CPtrArray& list) {
-        __int64 count = 0;
-        for (INT_PTR i = 0; i < list.GetSize(); ++i)
-            count += datasetAt(list, i) == nullptr ? 0 : 1;
-        return count;
-    }
-
     const Together& m_from;
-    const __int64 m_count = countDatasets(m_from.datasets);
+    const int m_count = countDatasets(m_from.datasets);
     std::array<grid::Owner, Count> m_grids;
 };
 

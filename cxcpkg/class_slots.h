@@ -22,6 +22,11 @@ inline constexpr const CohClass& activeClass = cohClasses[0];
 inline constexpr const CohClass& controlClass = cohClasses[1];
 inline constexpr const CohClass& actCtlClass = cohClasses[2];
 
+/// The class that an argument names where -1 stands for the current one.
+inline int currentOr(const CSnsCohFace& package, int cls) {
+    return cls == -1 ? package.m_curntCohDataSetID : cls;
+}
+
 /// Null for anything but 0, 1 and 2; -1 is no class here.
 constexpr const CohClass* cohClass(int cls) {
     return cls < 0 || cls > 2 ? nullptr : cohClasses + cls;

@@ -53,6 +53,13 @@ CSnsCohDatazq* datasetAt(const CPtrArray& list, INT_PTR index) {
     return static_cast<CSnsCohDatazq*>(list.GetAt(index));
 }
 
+int countDatasets(const CPtrArray& list) {
+    int n = 0;
+    for (INT_PTR i = 0; i < list.GetSize(); ++i)
+        n += datasetAt(list, i) == nullptr ? 0 : 1;
+    return n;
+}
+
 void keepReachable(CSnsCohDatazq* dataset) {
     try {
         orphans().push_back(dataset);

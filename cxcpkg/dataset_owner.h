@@ -32,6 +32,9 @@ bool makeRoom(CPtrArray& list, INT_PTR index, INT_PTR count);
 /// Entry of a list of datasets; null outside the list.
 CSnsCohDatazq* datasetAt(const CPtrArray& list, INT_PTR index);
 
+/// Entries of a list of datasets that are not null.
+int countDatasets(const CPtrArray& list);
+
 /// Remembers a dataset that lost its owner, for the life of the process, so that a leak checker
 /// sees a pointer to it. It is never touched again: a host may hold it, and may have deleted it.
 void keepReachable(CSnsCohDatazq* dataset);
