@@ -1,7 +1,8 @@
 """Packages (Active, Control and Act-Ctl of one recording) and groups (any number of subjects).
 
 Datasets are shared, not moved: one that was put into a package or a group, or taken out of one,
-stays valid as long as anybody holds it, and a change is seen everywhere.
+stays valid as long as anybody holds it, and a change is seen everywhere. While one thread
+computes or saves, changes that others make to the same package or group wait.
 """
 
 from __future__ import annotations

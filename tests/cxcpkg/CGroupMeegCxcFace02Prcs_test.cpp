@@ -1,6 +1,7 @@
 #include "cxcpkg/CGroupMeegCxcFace02Prcs.h"
 
 #include "tests/cxcpkg/package_fixture.h"
+#include "tests/support/Viewer.h"
 
 #include <algorithm>
 #include <cmath>
@@ -233,9 +234,13 @@ TEST(CGroupMeegCxcFace02Prcs_Average, NothingElseInTheGroupChanges) {
     group.append(newFilled(2, 3, 5));
     group.append(newFilled(2, 3, 5));
     group.m_curntCohDataSetID = 1;
+    test::Viewer viewer;
+    group.viewerAdd(&viewer);
     CSnsCohDatazq* const first = &group.at(0);
     EXPECT_EQ(group.averageAll(), 3);
     EXPECT_EQ(group.summaryAll(), 6);
+    EXPECT_EQ(group.m_viewers.GetSize(), 1);
+    EXPECT_FALSE(viewer.takeRepaint().requested);
     EXPECT_EQ(group.getCurntCohDataSetID(), 1);
     EXPECT_EQ(&group.at(0), first);
     EXPECT_EQ(cell(group.at(0), 4, 1, 2), cellValue(4, 1, 2));
