@@ -34,7 +34,6 @@ BOOL CRichInfoWindow::OnInitDialog() {
 void CRichInfoWindow::show(const CString& text, const CString& title) {
     SetWindowText(title);
     m_text.SetWindowText(text);
-    m_text.SetSel(0, 0);
     ShowWindow(SW_SHOW);
     SetForegroundWindow();
     m_text.SetFocus();

@@ -38,6 +38,7 @@ HWND textControl(HWND window) {
 }
 
 std::string textOf(HWND window) {
+    if (window == nullptr) return "no window";
     CString text;
     CWnd::FromHandle(window)->GetWindowText(text);
     return toUtf8(text);
