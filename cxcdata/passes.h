@@ -5,6 +5,7 @@
 
 #include "cxcdata/grid.h"
 #include "cxcdata/two_doubles.h"
+#include "cxcdata/wide_passes.h"
 #include "framework.h"
 
 #include <algorithm>
@@ -12,6 +13,7 @@
 #include <cmath>
 #include <cstddef>
 #include <limits>
+#include <tuple>
 #include <utility>
 
 namespace cxc::pass {
@@ -32,6 +34,7 @@ inline double raised(double most, double value) {
 
 template <class Number>
 struct Range {
+    static constexpr Kind kind = Kind::range;
     std::array<Number, 2> field = {};  // least, greatest
 
     void start(Number value) { field = {value, value}; }
@@ -45,12 +48,14 @@ struct Range {
 
 template <class Number>
 struct MagnitudeRange : Range<Number> {
+    static constexpr Kind kind = Kind::magnitudeRange;
     void start(Number value) { Range<Number>::start(magnitude(value)); }
     void add(Number value) { Range<Number>::add(magnitude(value)); }
 };
 
 template <class Number>
 struct RangeSum {
+    static constexpr Kind kind = Kind::rangeSum;
     std::array<Number, 3> field = {};  // least, greatest, sum
 
     void start(Number value) { field = {value, value, value}; }
@@ -65,6 +70,7 @@ struct RangeSum {
 
 template <class Number>
 struct SquareSum {
+    static constexpr Kind kind = Kind::squareSum;
     std::array<Number, 1> field = {};
 
     void start(Number value) { field = {value * value}; }
@@ -74,6 +80,7 @@ struct SquareSum {
 
 template <class Number>
 struct Statistic {
+    static constexpr Kind kind = Kind::statistic;
     std::array<Number, 5> field = {};  // least, greatest, sum, sum of magnitudes, sum of squares
 
     void start(Number value) { field = {value, value, value, magnitude(value), value * value}; }
@@ -157,6 +164,22 @@ void together(const std::array<const double*, Lanes>& data,
     (unpack<Accumulator>(local[K], accumulators[2 * K], accumulators[2 * K + 1]), ...);
 }
 
+template <template <class> class Accumulator>
+void together(const std::array<const double*, wideRows>& data,
+              std::array<Accumulator<double>, wideRows>& accumulators, __int64 length) {
+    constexpr std::size_t count = std::tuple_size<decltype(accumulators[0].field)>::value;
+    std::array<double, count * wideRows> fields;
+    for (std::size_t f = 0; f < count; ++f) {
+        for (std::size_t r = 0; r < wideRows; ++r)
+            fields[f * wideRows + r] = accumulators[r].field[f];
+    }
+    addWide(Accumulator<double>::kind, data.data(), length, fields.data());
+    for (std::size_t f = 0; f < count; ++f) {
+        for (std::size_t r = 0; r < wideRows; ++r)
+            accumulators[r].field[f] = fields[f * wideRows + r];
+    }
+}
+
 }  // namespace detail
 
 /// Adds slice k to accumulator k, side by side as far as all slices reach.
@@ -172,8 +195,15 @@ void walk(std::array<Slice, Lanes>& slices, std::array<Accumulator<double>, Lane
                 data[k] = slices[k].data + slices[k].begin;
                 slices[k].begin += common;
             }
-            detail::together<Accumulator>(data, accumulators, common,
-                                          std::make_index_sequence<Lanes / 2>());
+            if constexpr (Lanes == wideRows) {
+                if (canGoWide()) {
+                    detail::together<Accumulator>(data, accumulators, common);
+                    common = 0;
+                }
+            }
+            if (common > 0)
+                detail::together<Accumulator>(data, accumulators, common,
+                                              std::make_index_sequence<Lanes / 2>());
         }
     }
     for (std::size_t k = 0; k < Lanes; ++k)
@@ -242,9 +272,10 @@ void eachRow(__int64 rows, __int64 cols, SliceOf sliceOf, Take take) {
 template <template <class> class Accumulator, class Row, class SliceOf, class Take>
 void eachVector(__int64 rows, __int64 cols, SliceOf sliceOf, Take take) {
     // As many rows as there are registers for.
-    constexpr std::size_t most = sizeof(Accumulator<double>) > 4 * sizeof(double) ? 4 : 8;
+    constexpr bool few = sizeof(Accumulator<double>) > 4 * sizeof(double);
     __int64 row = 0;
-    detail::vectorGroups<Accumulator, Row, most>(row, rows, cols, sliceOf, take);
+    if (!few || canGoWide())
+        detail::vectorGroups<Accumulator, Row, wideRows>(row, rows, cols, sliceOf, take);
     detail::vectorGroups<Accumulator, Row, 4>(row, rows, cols, sliceOf, take);
     detail::vectorGroups<Accumulator, Row, 1>(row, rows, cols, sliceOf, take);
 }

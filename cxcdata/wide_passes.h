@@ -1,0 +1,20 @@
+// The accumulators of passes.h for eight rows at once, on machines that work on four doubles
+// together. Results are those of passes.h to the last bit: every row has a lane of its own.
+#pragma once
+
+#include "cxcdata/cxc_api.h"
+
+namespace cxc::pass {
+
+enum class Kind { range, magnitudeRange, rangeSum, squareSum, statistic };
+
+constexpr int wideRows = 8;
+
+/// Whether this machine, and this build, can.
+CXC_API bool canGoWide();
+
+/// Adds elements 0 .. length-1 of the eight rows to their accumulators. fields[f * wideRows + r] is
+/// field f of row r, as passes.h lists the fields. Requires canGoWide().
+CXC_API void addWide(Kind kind, const double* const* rows, long long length, double* fields);
+
+}  // namespace cxc::pass
