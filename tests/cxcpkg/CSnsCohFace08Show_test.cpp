@@ -83,6 +83,15 @@ TEST_F(CSnsCohFace08ShowTest, NoMatricesAreLeftWhenMemoryLacks) {
     EXPECT_EQ(package.getSnsCohMtx4class(active), nullptr);
 }
 
+TEST_F(CSnsCohFace08ShowTest, MatricesThatCannotBePreparedAreNotGivenOut) {
+    FullPackage package;
+    // The array of matrices is had, but none of them without rows; a leak check sees it go.
+    for (const int rows : {0, -1}) {
+        package.m_cohActive->m_snsRowTotal = rows;
+        EXPECT_EQ(package.getSnsCohMtx4class(active), nullptr) << rows;
+    }
+}
+
 TEST_F(CSnsCohFace08ShowTest, MatricesOfHostileDatasetsAreNullOrComplete) {
     for (const test::HostileDataset& hostile : test::hostileDatasets()) {
         SCOPED_TRACE(hostile.name);
