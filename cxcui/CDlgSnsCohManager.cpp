@@ -76,6 +76,7 @@ void CDlgSnsCohManager::DoDataExchange(CDataExchange* exchange) {
 BOOL CDlgSnsCohManager::OnInitDialog() {
     CDialogEx::OnInitDialog();
     SetIcon(AfxGetApp()->LoadIcon(IDI_WAVEFORM_MANAGER), TRUE);
+    m_listData.setUpColumns();
     m_listData.setUpImages();
     static constexpr LPCTSTR titles[] = {_T("Name"),      _T("CmptInfo"), _T("Latency B"),
                                          _T("Latency E"), _T("Sensors"),  _T("Act Sns"),

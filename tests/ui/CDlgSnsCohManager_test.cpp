@@ -4,6 +4,7 @@
 
 #include "cxcui/selection_step.h"
 #include "res/resource.h"
+#include "tests/support/DialogDriver.h"
 #include "tests/ui/ui_fixture.h"
 
 namespace {
@@ -631,6 +632,36 @@ TEST_F(OpenData, ReplacesWhatTheUserAgreesTo) {
     EXPECT_EQ(names(), (Texts{"rest", "from file", "from file"}));
     for (const UINT type : app.messageTypes())
         EXPECT_EQ(type & MB_TYPEMASK, static_cast<UINT>(MB_YESNO));
+}
+
+TEST_F(OpenData, QuestionIsARealBoxAndTheManagerIsDisabledMeanwhile) {
+    // Shows the boxes that the host's application object would only record.
+    class RealBoxes : public CWinApp {
+    public:
+        explicit RealBoxes(CDlgSnsCohManager& manager) : m_manager(manager) {}
+        int DoMessageBox(LPCTSTR text, UINT type, UINT help) override {
+            enabled = m_manager.IsWindowEnabled() != FALSE;
+            return CWinApp::DoMessageBox(text, type, help);
+        }
+        bool enabled = true;
+
+    private:
+        CDlgSnsCohManager& m_manager;
+    };
+    giveAll();
+    open();
+    RealBoxes boxes(dialog());
+    boxes.m_pMainWnd = &app.m_main;
+    test::DialogDriver::instance().pressInNextBox(IDYES);
+    openFile();
+    const std::vector<test::BoxFacts> seen = test::DialogDriver::instance().takeBoxes();
+    ASSERT_EQ(seen.size(), 1u);
+    EXPECT_EQ(seen[0].text, "Set as Active?!");
+    EXPECT_EQ(seen[0].buttons, (std::vector<int>{IDYES, IDNO}));
+    EXPECT_FALSE(boxes.enabled);
+    EXPECT_TRUE(dialog().IsWindowEnabled());
+    EXPECT_EQ(names(), (Texts{"from file", "base", "mix"}));
+    boxes.m_pMainWnd = nullptr;
 }
 
 TEST_F(OpenData, ThreeRefusalsReplaceActive) {
