@@ -4,6 +4,7 @@
 #pragma once
 
 #include "cxcdata/grid.h"
+#include "cxcdata/prefetch.h"
 #include "cxcdata/two_doubles.h"
 #include "cxcdata/wide_passes.h"
 #include "framework.h"
@@ -34,7 +35,7 @@ inline double raised(double most, double value) {
 
 template <class Number>
 struct Range {
-    static constexpr Kind kind = Kind::range;
+    static constexpr Kind kind = Kind::narrow;
     std::array<Number, 2> field = {};  // least, greatest
 
     void start(Number value) { field = {value, value}; }
@@ -55,7 +56,7 @@ struct MagnitudeRange : Range<Number> {
 
 template <class Number>
 struct RangeSum {
-    static constexpr Kind kind = Kind::rangeSum;
+    static constexpr Kind kind = Kind::narrow;
     std::array<Number, 3> field = {};  // least, greatest, sum
 
     void start(Number value) { field = {value, value, value}; }
@@ -70,7 +71,7 @@ struct RangeSum {
 
 template <class Number>
 struct SquareSum {
-    static constexpr Kind kind = Kind::squareSum;
+    static constexpr Kind kind = Kind::narrow;
     std::array<Number, 1> field = {};
 
     void start(Number value) { field = {value * value}; }
@@ -116,6 +117,17 @@ struct Slice {
     __int64 end = 0;
     bool visited = false;
 };
+
+// The vectors of a row were usually made one behind the other. Several rows side by side are more
+// streams than the machine follows by itself.
+inline void prefetchLater(const Slice& slice) {
+    constexpr __int64 vectorsAhead = 2;
+    constexpr __int64 longVector = 1024;
+    const __int64 length = slice.end - slice.begin;
+    if (slice.data == nullptr || length > longVector) return;
+    for (__int64 t = 0; t <= length; t += doublesPerCacheLine)
+        prefetch(slice.data + slice.begin, vectorsAhead * length + t);
+}
 
 template <class Accumulator>
 void walk(const Slice& slice, Accumulator& accumulator) {
@@ -195,7 +207,7 @@ void walk(std::array<Slice, Lanes>& slices, std::array<Accumulator<double>, Lane
                 data[k] = slices[k].data + slices[k].begin;
                 slices[k].begin += common;
             }
-            if constexpr (Lanes == wideRows) {
+            if constexpr (Lanes == wideRows && Accumulator<double>::kind != Kind::narrow) {
                 if (canGoWide()) {
                     detail::together<Accumulator>(data, accumulators, common);
                     common = 0;
@@ -220,8 +232,10 @@ void rowGroups(__int64& row, __int64 rows, __int64 cols, SliceOf sliceOf, Take t
         accumulators.fill(nothingSeen<Accumulator>());
         for (__int64 c = 0; c < cols; ++c) {
             std::array<Slice, Lanes> slices;
-            for (std::size_t k = 0; k < Lanes; ++k)
+            for (std::size_t k = 0; k < Lanes; ++k) {
                 slices[k] = sliceOf(row + static_cast<__int64>(k), c);
+                prefetchLater(slices[k]);
+            }
             walk<Accumulator>(slices, accumulators);
         }
         for (const Accumulator<double>& accumulator : accumulators)
@@ -241,6 +255,7 @@ void vectorGroups(__int64& row, __int64 rows, __int64 cols, SliceOf sliceOf, Tak
             std::array<__int64, Lanes> sizes;
             for (std::size_t k = 0; k < Lanes; ++k) {
                 slices[k] = sliceOf(row + static_cast<__int64>(k), c);
+                prefetchLater(slices[k]);
                 sizes[k] = slices[k].visited ? slices[k].end - slices[k].begin : -1;
                 accumulators[k].start(sizes[k] > 0 ? slices[k].data[slices[k].begin++] : 0.0);
             }

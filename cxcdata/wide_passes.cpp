@@ -35,25 +35,11 @@ struct MagnitudeRange {
     static void add(Four* field, Four value) { Range::add(field, magnitude(value)); }
 };
 
-struct RangeSum {
-    static constexpr int count = 3;
-    static void add(Four* field, Four value) {
-        Range::add(field, value);
-        field[2] = _mm256_add_pd(field[2], value);
-    }
-};
-
-struct SquareSum {
-    static constexpr int count = 1;
-    static void add(Four* field, Four value) {
-        field[0] = _mm256_add_pd(field[0], _mm256_mul_pd(value, value));
-    }
-};
-
 struct Statistic {
     static constexpr int count = 5;
     static void add(Four* field, Four value) {
-        RangeSum::add(field, value);
+        Range::add(field, value);
+        field[2] = _mm256_add_pd(field[2], value);
         field[3] = _mm256_add_pd(field[3], magnitude(value));
         field[4] = _mm256_add_pd(field[4], _mm256_mul_pd(value, value));
     }
@@ -108,18 +94,10 @@ bool canGoWide() {
 }
 
 void addWide(Kind kind, const double* const* rows, long long length, double* fields) {
-    switch (kind) {
-        case Kind::range:
-            return addRows<Range>(rows, length, fields);
-        case Kind::magnitudeRange:
-            return addRows<MagnitudeRange>(rows, length, fields);
-        case Kind::rangeSum:
-            return addRows<RangeSum>(rows, length, fields);
-        case Kind::squareSum:
-            return addRows<SquareSum>(rows, length, fields);
-        case Kind::statistic:
-            return addRows<Statistic>(rows, length, fields);
-    }
+    if (kind == Kind::magnitudeRange)
+        addRows<MagnitudeRange>(rows, length, fields);
+    else if (kind == Kind::statistic)
+        addRows<Statistic>(rows, length, fields);
 }
 
 }  // namespace cxc::pass

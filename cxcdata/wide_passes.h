@@ -6,7 +6,8 @@
 
 namespace cxc::pass {
 
-enum class Kind { range, magnitudeRange, rangeSum, squareSum, statistic };
+/// Sums alone gain nothing: they wait for the addition before, however wide it is.
+enum class Kind { narrow, magnitudeRange, statistic };
 
 constexpr int wideRows = 8;
 
@@ -14,7 +15,8 @@ constexpr int wideRows = 8;
 CXC_API bool canGoWide();
 
 /// Adds elements 0 .. length-1 of the eight rows to their accumulators. fields[f * wideRows + r] is
-/// field f of row r, as passes.h lists the fields. Requires canGoWide().
+/// field f of row r, as passes.h lists the fields. Requires canGoWide(), and a kind that is not
+/// narrow.
 CXC_API void addWide(Kind kind, const double* const* rows, long long length, double* fields);
 
 }  // namespace cxc::pass
