@@ -15,3 +15,9 @@
 #include "cxcpkg/CSnsCohFacezq.h"
 
 #include "cxcpkg/CGroupMeegCxcFacezq.h"
+
+#if defined(_WIN32)
+#include "cxcui/CDlgGroupTrlCxcDataManager.h"
+
+#include "cxcui/CDlgSnsCohManager.h"
+#endif

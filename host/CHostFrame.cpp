@@ -1,6 +1,5 @@
 #include "host/CHostFrame.h"
 
-#include "cxcui/CDlgGroupTrlCxcDataManager.h"
 #include "host/resource.h"
 
 #include <algorithm>
