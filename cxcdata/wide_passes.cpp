@@ -23,7 +23,6 @@ Four raised(Four most, Four value) {
 }
 
 struct Range {
-    static constexpr int count = 2;
     static void add(Four* field, Four value) {
         field[0] = lowered(field[0], value);
         field[1] = raised(field[1], value);
