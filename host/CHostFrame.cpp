@@ -1,5 +1,6 @@
 #include "host/CHostFrame.h"
 
+#include "host/layout.h"
 #include "host/resource.h"
 
 #include <algorithm>
@@ -18,6 +19,12 @@ ON_COMMAND(ID_HOST_SHOW_PACKAGE, &CHostFrame::OnShowPackage)
 ON_COMMAND(ID_HOST_SHOW_GROUP, &CHostFrame::OnShowGroup)
 ON_UPDATE_COMMAND_UI(ID_HOST_SHOW_PACKAGE, &CHostFrame::OnUpdateShowPackage)
 ON_UPDATE_COMMAND_UI(ID_HOST_SHOW_GROUP, &CHostFrame::OnUpdateShowGroup)
+ON_UPDATE_COMMAND_UI(ID_HOST_SLICE_BACK, &CHostFrame::OnUpdateSlice)
+ON_UPDATE_COMMAND_UI(ID_HOST_SLICE_FORWARD, &CHostFrame::OnUpdateSlice)
+ON_UPDATE_COMMAND_UI(ID_HOST_SLICE_FAR_BACK, &CHostFrame::OnUpdateSlice)
+ON_UPDATE_COMMAND_UI(ID_HOST_SLICE_FAR_FORWARD, &CHostFrame::OnUpdateSlice)
+ON_UPDATE_COMMAND_UI(ID_HOST_SLICE_FIRST, &CHostFrame::OnUpdateSlice)
+ON_UPDATE_COMMAND_UI(ID_HOST_SLICE_LAST, &CHostFrame::OnUpdateSlice)
 ON_COMMAND(ID_HOST_SLICE_BACK, &CHostFrame::OnSliceBack)
 ON_COMMAND(ID_HOST_SLICE_FORWARD, &CHostFrame::OnSliceForward)
 ON_COMMAND(ID_HOST_SLICE_FAR_BACK, &CHostFrame::OnSliceFarBack)
@@ -54,7 +61,6 @@ CHostFrame::~CHostFrame() {
 
 BOOL CHostFrame::create() {
     if (!LoadFrame(IDR_HOST, WS_OVERLAPPEDWINDOW)) return FALSE;
-    SetWindowText(_T("CxC Host"));
     m_font.CreatePointFont(80, _T("MS Shell Dlg"));
     m_matrix.create(*this, 1);
     m_pairs.create(*this, 2);
@@ -74,7 +80,27 @@ BOOL CHostFrame::create() {
 
 void CHostFrame::openFile(const CString& path) {
     const Opened opened = openRecord(path, m_package, m_group);
-    if (opened != Opened::nothing) showGroup(opened == Opened::intoGroup);
+    if (opened == Opened::nothing) return;
+    refreshManager(opened);
+    showGroup(opened == Opened::intoGroup);
+}
+
+// An open manager lists what there was before, until it is shown again. The waveform manager makes
+// another class current when it lists them, so the class of the new dataset is set again.
+void CHostFrame::refreshManager(Opened opened) {
+    if (opened == Opened::intoPackage) {
+        CDlgSnsCohManager* const manager = m_package.m_dlgSnsCohManager;
+        if (manager == nullptr || !::IsWindowVisible(manager->GetSafeHwnd())) return;
+        const int current = m_package.getCurntCohDataSetID();
+        if (current < 0) m_package.getTrlCohDataAny();
+        m_package.showDlgSnsCohManager(this);
+        if (current >= 0) m_package.m_curntCohDataSetID = current;
+    } else {
+        CDlgGroupTrlCxcDataManager* const manager = m_group.m_dlgGroupCxcManager;
+        if (manager == nullptr || !::IsWindowVisible(manager->GetSafeHwnd())) return;
+        m_group.showDlgGroupCxcManager(this);
+    }
+    SetForegroundWindow();
 }
 
 void CHostFrame::showGroup(bool group) {
@@ -83,13 +109,10 @@ void CHostFrame::showGroup(bool group) {
 }
 
 // The current dataset of what is shown. A package may have none in its current class: a manager
-// makes the classes current in turn; then the first it has is shown.
+// makes the classes current in turn; then the first it has is shown. Its own operations for that
+// would change the current class, which a view must not do.
 CSnsCohDatazq* CHostFrame::shownDataset() {
-    if (m_showsGroup) {
-        const int current = m_group.getCurntCohDataSetID();
-        const bool there = current >= 0 && current < m_group.getTotalCohDataset();
-        return there ? m_group.getCoherenceData(current) : nullptr;
-    }
+    if (m_showsGroup) return m_group.getTrlCohDataAny();
     CSnsCohDatazq* const slots[] = {m_package.m_cohActive, m_package.m_cohControl,
                                     m_package.m_cohActCtl};
     const int current = m_package.getCurntCohDataSetID();
@@ -98,6 +121,13 @@ CSnsCohDatazq* CHostFrame::shownDataset() {
         if (dataset != nullptr) return dataset;
     }
     return nullptr;
+}
+
+// A view paints: the library, or Windows, has asked for that, and what is shown may have changed
+// meanwhile.
+const ShownSlice& CHostFrame::current() {
+    lookForChanges();
+    return m_shown;
 }
 
 void CHostFrame::lookForChanges() {
@@ -116,44 +146,59 @@ void CHostFrame::repaint() {
 }
 
 void CHostFrame::showStatus() {
+    CString title = _T("CxC Host");
     CString text = _T("  No dataset");
+    if (m_shown.fromDataset) {
+        title = m_shown.name + _T(" - CxC Host");
+        text = _T("  ") + m_shown.name;
+    }
     if (!m_shown.empty()) {
-        text.Format(_T("  %s     %d x %d sensors     slice %I64d of %I64d     latency %.3f"),
-                    m_shown.name.GetString(), m_shown.rows, m_shown.cols, m_shown.slice + 1,
-                    m_shown.slices, m_shown.latency);
+        CString facts;
+        facts.Format(
+            _T("     slice %I64d of %I64d     %.2f s     %d x %d sensors     ")
+            _T("range %.3g to %.3g"),
+            m_shown.slice + 1, m_shown.slices, m_shown.latency, m_shown.rows, m_shown.cols,
+            m_shown.least, m_shown.most);
+        text += facts;
     }
     m_status.SetWindowText(text);
+    SetWindowText(title);
 }
 
-void CHostFrame::stepTo(__int64 slice) {
+void CHostFrame::step(__int64 slices) {
     CSnsCohDatazq* const dataset = shownDataset();
-    if (dataset == nullptr) return;
-    dataset->setSelect(slice, slice);  // clamped into the slices
+    if (dataset == nullptr || m_shown.empty()) return;
+    const __int64 slice = stepped(m_shown.slice, slices, m_shown.slices);
+    dataset->setSelect(slice, slice);
     lookForChanges();
 }
 
 void CHostFrame::OnSliceBack() {
-    stepTo(m_shown.slice - 1);
+    step(-1);
 }
 
 void CHostFrame::OnSliceForward() {
-    stepTo(m_shown.slice + 1);
+    step(1);
 }
 
 void CHostFrame::OnSliceFarBack() {
-    stepTo(std::max<__int64>(m_shown.slice - farStep, 0));
+    step(-farStep);
 }
 
 void CHostFrame::OnSliceFarForward() {
-    stepTo(m_shown.slice + farStep);
+    step(farStep);
 }
 
 void CHostFrame::OnSliceFirst() {
-    stepTo(0);
+    step(-m_shown.slices);
 }
 
 void CHostFrame::OnSliceLast() {
-    stepTo(m_shown.slices - 1);
+    step(m_shown.slices);
+}
+
+void CHostFrame::OnUpdateSlice(CCmdUI* item) {
+    item->Enable(m_shown.slices > 1);
 }
 
 void CHostFrame::OnOpen() {
@@ -197,9 +242,9 @@ void CHostFrame::OnSize(UINT type, int cx, int cy) {
     CFrameWnd::OnSize(type, cx, cy);
     if (m_status.m_hWnd == nullptr) return;
     const int height = std::max(cy - statusHeight, 0);
-    const int left = cx * 11 / 20;  // the matrix has its colour bar
-    m_matrix.MoveWindow(0, 0, left, height);
-    m_pairs.MoveWindow(left, 0, cx - left, height);
+    const PaneLayout panes = paneLayout(cx, height);
+    m_matrix.MoveWindow(panes.matrix);
+    m_pairs.MoveWindow(panes.pairs);
     m_status.MoveWindow(0, height, cx, statusHeight);
 }
 

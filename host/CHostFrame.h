@@ -10,7 +10,7 @@
 
 /// Owns a package, a group and two views of one slice. The views are registered with both as
 /// viewers. Opening a file shows where it went: in the package or in the group.
-class CHostFrame : public CFrameWnd {
+class CHostFrame : public CFrameWnd, private SliceSource {
     DECLARE_DYNAMIC(CHostFrame)
 
 public:
@@ -40,6 +40,7 @@ protected:
     afx_msg void OnShowGroup();
     afx_msg void OnUpdateShowPackage(CCmdUI* item);
     afx_msg void OnUpdateShowGroup(CCmdUI* item);
+    afx_msg void OnUpdateSlice(CCmdUI* item);
     afx_msg void OnSliceBack();
     afx_msg void OnSliceForward();
     afx_msg void OnSliceFarBack();
@@ -49,17 +50,19 @@ protected:
     DECLARE_MESSAGE_MAP()
 
 private:
+    const ShownSlice& current() override;
     CSnsCohDatazq* shownDataset();
     void showGroup(bool group);
-    void stepTo(__int64 slice);
+    void refreshManager(Opened opened);
+    void step(__int64 slices);
     void repaint();
     void showStatus();
 
     CSnsCohFacezq m_package;
     CGroupMeegCxcFacezq m_group;
     ShownSlice m_shown;
-    CMatrixView m_matrix{m_shown};
-    CPairView m_pairs{m_shown};
+    CMatrixView m_matrix{*this};
+    CPairView m_pairs{*this};
     CStatic m_status;
     CFont m_font;
     bool m_showsGroup = false;

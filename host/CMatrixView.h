@@ -4,8 +4,6 @@
 #include "framework.h"
 #include "host/CPictureView.h"
 
-class ColorMap;
-
 /// Row sensors from above, column sensors from the left, with a colour bar.
 class CMatrixView : public CPictureView {
     DECLARE_DYNAMIC(CMatrixView)
@@ -14,10 +12,6 @@ public:
     using CPictureView::CPictureView;
 
 protected:
-    void draw(CDC& dc, const CRect& area) override;
-
-private:
-    void drawCells(CDC& dc, const CRect& cells, const ColorMap& colors);
-    void drawNumbers(CDC& dc, const CRect& cells);
-    void drawBar(CDC& dc, const CRect& bar, const ColorMap& colors);
+    void draw(CDC& dc, const CRect& area, const ShownSlice& shown) override;
+    CString hint() const override { return _T("Choose File, Open, or drop a .cxc file here."); }
 };

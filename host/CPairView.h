@@ -4,8 +4,8 @@
 #include "framework.h"
 #include "host/CPictureView.h"
 
-/// Lines have the dataset's active colour for positive values and its suppressive colour for
-/// negative ones, paler and thinner the weaker they are; the circle has its basic colour.
+/// Lines have the dataset's three colours by sign and strength, and are thicker the stronger they
+/// are; a scale below the circle shows them.
 class CPairView : public CPictureView {
     DECLARE_DYNAMIC(CPairView)
 
@@ -13,9 +13,6 @@ public:
     using CPictureView::CPictureView;
 
 protected:
-    void draw(CDC& dc, const CRect& area) override;
-
-private:
-    void drawLines(CDC& dc, CPoint middle, int radius);
-    void drawSensors(CDC& dc, CPoint middle, int radius);
+    void draw(CDC& dc, const CRect& area, const ShownSlice& shown) override;
+    CString hint() const override { return _T("The strongest pairs will be shown here."); }
 };

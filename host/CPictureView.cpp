@@ -15,6 +15,7 @@ BOOL CPictureView::create(CWnd& parent, UINT id) {
 }
 
 void CPictureView::OnPaint() {
+    const ShownSlice& shown = m_source.current();
     CPaintDC screen(this);
     CRect area;
     GetClientRect(area);
@@ -25,22 +26,24 @@ void CPictureView::OnPaint() {
         !bitmap.CreateCompatibleBitmap(&screen, area.Width(), area.Height()))
         return;
     CBitmap* const before = memory.SelectObject(&bitmap);
-    paint(memory, area);
+    paint(memory, area, shown);
     screen.BitBlt(0, 0, area.Width(), area.Height(), &memory, 0, 0, SRCCOPY);
     memory.SelectObject(before);
 }
 
-void CPictureView::paint(CDC& dc, const CRect& area) {
+void CPictureView::paint(CDC& dc, const CRect& area, const ShownSlice& shown) {
     dc.FillSolidRect(area, RGB(255, 255, 255));
     CFont font;
     font.CreatePointFont(80, _T("MS Shell Dlg"));
     CFont* const before = dc.SelectObject(&font);
     dc.SetBkMode(TRANSPARENT);
-    dc.SetTextColor(RGB(40, 44, 52));
-    if (m_shown.empty()) {
-        drawCentered(dc, area.CenterPoint(), _T("Open a dataset: File, Open, or drop one here."));
+    if (shown.empty()) {
+        dc.SetTextColor(RGB(120, 124, 132));
+        drawCentered(dc, area.CenterPoint(),
+                     shown.fromDataset ? CString(_T("This dataset holds no values.")) : hint());
     } else {
-        draw(dc, area);
+        dc.SetTextColor(RGB(40, 44, 52));
+        draw(dc, area, shown);
     }
     dc.SelectObject(before);
 }
@@ -52,6 +55,20 @@ BOOL CPictureView::OnEraseBkgnd(CDC*) {
 
 void CPictureView::OnDropFiles(HDROP files) {
     GetParent()->SendMessage(WM_DROPFILES, reinterpret_cast<WPARAM>(files));
+}
+
+void drawPixels(CDC& dc, const CRect& place, const Pixels& pixels) {
+    BITMAPINFO info = {};
+    info.bmiHeader.biSize = sizeof(info.bmiHeader);
+    info.bmiHeader.biWidth = pixels.width;
+    info.bmiHeader.biHeight = -pixels.height;
+    info.bmiHeader.biPlanes = 1;
+    info.bmiHeader.biBitCount = 32;
+    info.bmiHeader.biCompression = BI_RGB;
+    ::SetStretchBltMode(dc.GetSafeHdc(), COLORONCOLOR);
+    ::StretchDIBits(dc.GetSafeHdc(), place.left, place.top, place.Width(), place.Height(), 0, 0,
+                    pixels.width, pixels.height, pixels.colors.data(), &info, DIB_RGB_COLORS,
+                    SRCCOPY);
 }
 
 void drawCentered(CDC& dc, CPoint middle, const CString& text) {

@@ -2,23 +2,25 @@
 #pragma once
 
 #include "framework.h"
+#include "host/pixels.h"
 #include "host/shown_slice.h"
 
-/// Paints into a bitmap first and shows it whole, so that nothing flickers. What is painted belongs
-/// to the frame and must live as long as the view.
+/// Asks its source for the slice whenever it paints, so that an invalidated view shows what there
+/// is then. Paints into a bitmap first and shows it whole, so that nothing flickers. The source
+/// must live as long as the view.
 class CPictureView : public CWnd {
     DECLARE_DYNAMIC(CPictureView)
 
 public:
-    explicit CPictureView(const ShownSlice& shown) : m_shown(shown) {}
+    explicit CPictureView(SliceSource& source) : m_source(source) {}
 
     BOOL create(CWnd& parent, UINT id);
 
 protected:
-    /// Paints on a white ground; font and text mode are set. There is something to show.
-    virtual void draw(CDC& dc, const CRect& area) = 0;
-
-    const ShownSlice& shown() const { return m_shown; }
+    /// Paints on a white ground; font and text mode are set. The slice has values.
+    virtual void draw(CDC& dc, const CRect& area, const ShownSlice& shown) = 0;
+    /// What is told where no dataset is.
+    virtual CString hint() const = 0;
 
     afx_msg void OnPaint();
     afx_msg BOOL OnEraseBkgnd(CDC* dc);
@@ -26,10 +28,13 @@ protected:
     DECLARE_MESSAGE_MAP()
 
 private:
-    void paint(CDC& dc, const CRect& area);
+    void paint(CDC& dc, const CRect& area, const ShownSlice& shown);
 
-    const ShownSlice& m_shown;
+    SliceSource& m_source;
 };
+
+/// Stretches pixels over a rectangle, each as a plain block.
+void drawPixels(CDC& dc, const CRect& place, const Pixels& pixels);
 
 /// Text with its middle at a point.
 void drawCentered(CDC& dc, CPoint middle, const CString& text);

@@ -25,27 +25,39 @@ bool load(const CString& path, Record& record) {
     return loaded;
 }
 
-// Gives the datasets of one holder to another.
-void moveDatasets(CSnsCohFacezq& from, CSnsCohFacezq& to) {
+// What both records say about their holders, beside the datasets. The operation is a group's only:
+// a package keeps the one that its user has chosen.
+template <class Holder>
+void copyHead(const Holder& from, Holder& to) {
+    to.m_pkgID = from.m_pkgID;
+    to.m_pkgName = from.m_pkgName;
+    to.m_pkgInfo = from.m_pkgInfo;
+    to.m_pkgShow = from.m_pkgShow;
+    to.m_curntCohDataSetID = from.m_curntCohDataSetID;
+}
+
+// Each gives all that was loaded to the holder that managers and viewers know.
+void moveAll(CSnsCohFacezq& from, CSnsCohFacezq& to) {
     CSnsCohDatazq* const datasets[] = {from.m_cohActive, from.m_cohControl, from.m_cohActCtl};
     from.m_cohActive = from.m_cohControl = from.m_cohActCtl = nullptr;
     for (int cls = 0; cls < 3; ++cls)
         to.setCohData(datasets[cls], cls);
-    to.m_curntCohDataSetID = from.m_curntCohDataSetID;
+    copyHead(from, to);
 }
 
-void moveDatasets(CGroupMeegCxcFacezq& from, CGroupMeegCxcFacezq& to) {
+void moveAll(CGroupMeegCxcFacezq& from, CGroupMeegCxcFacezq& to) {
     to.cleanSnsCohPkg();
     for (INT_PTR i = 0; i < from.m_cohDatasets.GetSize(); ++i)
         to.m_cohDatasets.Add(from.m_cohDatasets.GetAt(i));
     from.m_cohDatasets.RemoveAll();
-    to.m_curntCohDataSetID = from.m_curntCohDataSetID;
+    copyHead(from, to);
+    to.m_actCtlOperation = from.m_actCtlOperation;
 }
 
 Opened openPackage(const CString& path, CSnsCohFacezq& package) {
     CSnsCohFacezq loaded;
     if (!load(path, loaded)) return Opened::nothing;
-    moveDatasets(loaded, package);
+    moveAll(loaded, package);
     return Opened::intoPackage;
 }
 
@@ -54,7 +66,7 @@ Opened openGroup(const CString& path, CGroupMeegCxcFacezq& group) {
         ~Group() { cleanSnsCohPkg(); }
     } loaded;
     if (!load(path, loaded)) return Opened::nothing;
-    moveDatasets(loaded, group);
+    moveAll(loaded, group);
     return Opened::intoGroup;
 }
 

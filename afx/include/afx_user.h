@@ -125,6 +125,9 @@ using OPENFILENAME = tagOFN;
     (static_cast<COLORREF>(static_cast<BYTE>(r)) |        \
      (static_cast<COLORREF>(static_cast<BYTE>(g)) << 8) | \
      (static_cast<COLORREF>(static_cast<BYTE>(b)) << 16))
+#define GetRValue(rgb) (static_cast<BYTE>((rgb)&0xFF))
+#define GetGValue(rgb) (static_cast<BYTE>((rgb) >> 8 & 0xFF))
+#define GetBValue(rgb) (static_cast<BYTE>((rgb) >> 16 & 0xFF))
 #define CC_RGBINIT 0x00000001
 #define CC_FULLOPEN 0x00000002
 

@@ -3,6 +3,7 @@
 #include "host/CHostFrame.h"
 
 #include "cxcui/CDlgGroupTrlCxcDataManager.h"
+#include "cxcui/CDlgSnsCohManager.h"
 #include "host/resource.h"
 #include "tests/cxcpkg/package_fixture.h"
 #include "tests/support/Input.h"
@@ -38,10 +39,14 @@ protected:
         for (int r = 0; r < n; ++r)
             test::cell(data, 0, r, 0) *= sign;
         data.m_cxcName = CString(name);
-        const std::filesystem::path path = dir.path() / (std::string(name) + ".cxc");
+        return stored(std::string(name) + ".cxc", data);
+    }
+    template <class Record>
+    std::filesystem::path stored(const std::string& name, Record& record) {
+        const std::filesystem::path path = dir.path() / name;
         CFile file(test::fromPath(path), CFile::modeCreate | CFile::modeWrite);
         CArchive archive(&file, CArchive::store);
-        data.serialize(archive);
+        record.serialize(archive);
         return path;
     }
     void open(const std::filesystem::path& path) { frame->openFile(test::fromPath(path)); }
@@ -139,15 +144,8 @@ TEST_F(CHostFrameTest, PackageAndGroupRecordsReplaceWhatThereIs) {
     group.append(test::newFilled(6, 6, 2));
     group.at(1).m_cxcName = _T("in group");
     group.m_curntCohDataSetID = 1;
-    const auto store = [&](const char* name, auto& record) {
-        const std::filesystem::path path = dir.path() / name;
-        CFile file(test::fromPath(path), CFile::modeCreate | CFile::modeWrite);
-        CArchive archive(&file, CArchive::store);
-        record.serialize(archive);
-        return path;
-    };
-    const std::filesystem::path packageFile = store("p.cxcpkg", package);
-    const std::filesystem::path groupFile = store("g.cxcgrp", group);
+    const std::filesystem::path packageFile = stored("p.cxcpkg", package);
+    const std::filesystem::path groupFile = stored("g.cxcgrp", group);
     open(saved("a", 5));
     open(packageFile);
     EXPECT_EQ(frame->package().m_cohActive, nullptr);
@@ -178,6 +176,101 @@ TEST_F(CHostFrameTest, BadFilesAreToldAndNothingIsLost) {
         EXPECT_EQ(frame->package().getTotalCohDataset(), 1);
     }
     EXPECT_FALSE(app.waiting());
+}
+
+TEST_F(CHostFrameTest, RecordsBringWhatTheySayOfTheirHolders) {
+    const auto prepare = [&](auto& record) {
+        record.m_pkgID = 5;
+        record.m_pkgName = _T("patient");
+        record.m_pkgInfo = _T("rest");
+        record.m_actCtlOperation = 3;
+    };
+    CSnsCohFacezq package;
+    package.setCohData(test::newFilled(4, 4, 2), 0);
+    prepare(package);
+    test::CleanGroup group;
+    prepare(group);
+    frame->package().m_actCtlOperation = 2;
+    open(stored("p.cxcpkg", package));
+    open(stored("g.cxcgrp", group));
+    EXPECT_EQ(frame->package().m_pkgID, 5);
+    EXPECT_EQ(test::toUtf8(frame->package().m_pkgName), "patient");
+    EXPECT_EQ(test::toUtf8(frame->package().m_pkgInfo), "rest");
+    EXPECT_EQ(frame->package().m_actCtlOperation, 2);  // not in the file
+    EXPECT_EQ(test::toUtf8(frame->group().m_pkgName), "patient");
+    EXPECT_EQ(frame->group().m_actCtlOperation, 3);
+}
+
+TEST_F(CHostFrameTest, OpenManagersListWhatIsOpenedLater) {
+    open(saved("a", 5));
+    test::pressKey(VK_F2);
+    open(saved("b", 5));
+    EXPECT_EQ(frame->package().m_dlgSnsCohManager->m_listFace.GetItemCount(), 2);
+    EXPECT_EQ(shown(), "b");
+    open(saved("c", 5));
+    EXPECT_EQ(shown(), "c");
+    test::pressKey(VK_F3);
+    EXPECT_EQ(frame->group().m_dlgGroupCxcManager->m_list.GetItemCount(), 0);
+    open(saved("d", 5));
+    EXPECT_EQ(frame->group().m_dlgGroupCxcManager->m_list.GetItemCount(), 1);
+    EXPECT_EQ(shown(), "d");
+    EXPECT_TRUE(app.messages().empty());
+}
+
+// A host that changes a dataset and asks for a repaint, as the library's own users do.
+TEST_F(CHostFrameTest, InvalidatedViewsShowWhatThereIsThen) {
+    open(saved("a", 5));
+    test::pump();
+    frame->package().m_cohActive->zeroDiagonal();
+    EXPECT_EQ(frame->package().viewerInvalidate(false, nullptr, true), 2);
+    ::UpdateWindow(::GetDlgItem(frame->m_hWnd, 1));
+    EXPECT_EQ(frame->shown().at(1, 1), 0.0);
+    // The other view is asked too, and the status line follows.
+    EXPECT_TRUE(::GetUpdateRect(::GetDlgItem(frame->m_hWnd, 2), nullptr, FALSE));
+    EXPECT_FALSE(::GetUpdateRect(::GetDlgItem(frame->m_hWnd, 1), nullptr, FALSE));
+}
+
+TEST_F(CHostFrameTest, TitleAndStatusLineTellWhatIsShown) {
+    const auto title = [&] {
+        CString text;
+        frame->GetWindowText(text);
+        return test::toUtf8(text);
+    };
+    const auto status = [&] {
+        wchar_t text[300] = L"";
+        ::GetWindowTextW(::GetDlgItem(frame->m_hWnd, 3), text, 300);
+        return test::toUtf8(CString(text));
+    };
+    EXPECT_EQ(title(), "CxC Host");
+    EXPECT_NE(status().find("No dataset"), std::string::npos);
+    open(saved("a", 5));
+    EXPECT_EQ(title(), "a - CxC Host");
+    test::pressKey(VK_RIGHT);
+    EXPECT_NE(status().find("slice 2 of 12"), std::string::npos) << status();
+    EXPECT_NE(status().find("5 x 5 sensors"), std::string::npos) << status();
+    EXPECT_NE(status().find("range "), std::string::npos) << status();
+}
+
+TEST_F(CHostFrameTest, GroupWithoutACurrentDatasetShowsOne) {
+    test::CleanGroup group;
+    group.append(test::newFilled(6, 6, 2));
+    group.at(0).m_cxcName = _T("in group");
+    group.m_curntCohDataSetID = -1;
+    open(stored("g.cxcgrp", group));
+    EXPECT_EQ(shown(), "in group");
+}
+
+TEST_F(CHostFrameTest, SliceCommandsAreDisabledWithoutSlices) {
+    const auto stateOf = [&](UINT id) {
+        const HMENU menu = ::GetSubMenu(::GetMenu(frame->m_hWnd), 2);
+        frame->SendMessage(WM_INITMENUPOPUP, reinterpret_cast<WPARAM>(menu), MAKELPARAM(2, 0));
+        return ::GetMenuState(menu, id, MF_BYCOMMAND) & (MF_GRAYED | MF_DISABLED);
+    };
+    for (UINT id = ID_HOST_SLICE_BACK; id <= ID_HOST_SLICE_LAST; ++id)
+        EXPECT_NE(stateOf(id), 0u) << id;
+    open(saved("a", 5));
+    for (UINT id = ID_HOST_SLICE_BACK; id <= ID_HOST_SLICE_LAST; ++id)
+        EXPECT_EQ(stateOf(id), 0u) << id;
 }
 
 TEST_F(CHostFrameTest, DroppedFilesAreOpened) {
