@@ -1,4 +1,5 @@
 # What every target of the project has in common.
+include(CheckCXXCompilerFlag)
 set(CMAKE_CXX_STANDARD 17)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)
 set(CMAKE_CXX_EXTENSIONS OFF)
@@ -44,4 +45,33 @@ function(cxc_library_target target exports)
   if(WIN32)
     set_target_properties(${target} PROPERTIES PREFIX "")  # cxc.dll, as Windows names it
   endif()
+endfunction()
+
+# Compiles the passes of cxcdata over several doubles at a time for the machines that can; which
+# of them runs is found out at run time.
+function(cxc_wide_passes target)
+  if(NOT CMAKE_SYSTEM_PROCESSOR MATCHES "x86_64|AMD64" OR NOT CMAKE_SIZEOF_VOID_P EQUAL 8)
+    return()
+  endif()
+  if(MSVC)
+    set(four /arch:AVX2)
+    set(eight /arch:AVX512)
+  else()
+    set(four -mavx2)
+    # g++ 12 takes its own undefined operands for ours.
+    set(eight -mavx512f -Wno-maybe-uninitialized -Wno-uninitialized)
+  endif()
+  if(MINGW)
+    # g++ keeps such numbers on the stack as if it were aligned for them, which 64-bit Windows does
+    # not do: only an assembler that does without aligned moves makes that safe.
+    check_cxx_compiler_flag(-Wa,-muse-unaligned-vector-move CXC_UNALIGNED_VECTOR_MOVE)
+    if(NOT CXC_UNALIGNED_VECTOR_MOVE)
+      return()
+    endif()
+    list(APPEND four -Wa,-muse-unaligned-vector-move)
+    list(APPEND eight -Wa,-muse-unaligned-vector-move)
+  endif()
+  set_source_files_properties(cxcdata/wide_passes_four.cpp PROPERTIES COMPILE_OPTIONS "${four}")
+  set_source_files_properties(cxcdata/wide_passes_eight.cpp PROPERTIES COMPILE_OPTIONS "${eight}")
+  target_compile_definitions(${target} PRIVATE CXC_WIDE_PASSES)
 endfunction()

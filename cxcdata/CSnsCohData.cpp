@@ -264,7 +264,7 @@ struct RowRange {
         if (!any) first.field = {pair.field[0], pair.field[1]};
         any = true;
         cxc::pass::widen(all, pair);
-        if (size > 0) meanSum += pair.field[2] / static_cast<double>(size);
+        if (size > 0) meanSum = cxc::pass::plus(meanSum, pair.field[2]);
     }
 };
 
@@ -277,8 +277,7 @@ struct WholeRange {
 WholeRange wholeRange(const CSnsCohData& dataset, bool noDiag) {
     WholeRange result;
     bool any = false;
-    const auto slices = [&](__int64 r, __int64 c) -> Slice {
-        const CWavChnlChnlDatazq* const vector = cxc::grid::cell(dataset.m_mCC, r, c);
+    const auto slices = [&](const CWavChnlChnlDatazq* vector, __int64 r, __int64 c) -> Slice {
         if (vector == nullptr || (noDiag && c == r)) return {};
         const cxc::grid::Values values = cxc::grid::values(vector);
         return {values.data, 0, values.size, true};
@@ -288,9 +287,11 @@ WholeRange wholeRange(const CSnsCohData& dataset, bool noDiag) {
         any = any || row.any;
         cxc::pass::widen(result.range, row.all);
         // Deliberately the full column count, also when the diagonal was left out.
-        result.mean += row.meanSum / static_cast<double>(dataset.m_snsColTotal);
+        const double mean = row.meanSum / static_cast<double>(dataset.m_snsColTotal);
+        result.mean = cxc::pass::plus(result.mean, mean);
     };
-    cxc::pass::eachVector<RangeSum, RowRange>(rowsThere(dataset), colsThere(dataset), slices, take);
+    cxc::pass::eachVector<RangeSum, RowRange>(dataset.m_mCC, rowsThere(dataset), colsThere(dataset),
+                                              slices, take);
     if (!any) result.range.start(0.0);
     result.mean /= static_cast<double>(dataset.m_snsRowTotal);
     return result;
@@ -299,8 +300,8 @@ WholeRange wholeRange(const CSnsCohData& dataset, bool noDiag) {
 Range<double> sliceRange(const CSnsCohData& dataset, __int64 from, __int64 to, bool noDiag) {
     Range<double> result;
     bool any = false;
-    const auto slices = [&](__int64 r, __int64 c) -> Slice {
-        const cxc::grid::Values values = cxc::grid::values(dataset.m_mCC, r, c);
+    const auto slices = [&](const CWavChnlChnlDatazq* vector, __int64 r, __int64 c) -> Slice {
+        const cxc::grid::Values values = cxc::grid::values(vector);
         const __int64 end = std::min(to, values.size - 1) + 1;
         return from < end && !(noDiag && c == r) ? Slice{values.data, from, end, true} : Slice{};
     };
@@ -308,7 +309,7 @@ Range<double> sliceRange(const CSnsCohData& dataset, __int64 from, __int64 to, b
     const __int64 cols = colsThere(dataset);
     for (__int64 r = 0; r < rows && !any; ++r) {
         for (__int64 c = 0; c < cols && !any; ++c) {
-            const Slice slice = slices(r, c);
+            const Slice slice = slices(cxc::grid::cell(dataset.m_mCC, r, c), r, c);
             any = slice.visited;
             result.start(any ? slice.data[slice.begin] : 0.0);
         }
@@ -317,7 +318,7 @@ Range<double> sliceRange(const CSnsCohData& dataset, __int64 from, __int64 to, b
         result.start(0.0);
         return result;
     }
-    cxc::pass::eachRow<Range>(rows, cols, slices,
+    cxc::pass::eachRow<Range>(dataset.m_mCC, rows, cols, slices,
                               [&](const Range<double>& row) { cxc::pass::widen(result, row); });
     return result;
 }

@@ -27,8 +27,8 @@ __int64 colsThere(const CSnsCohData& dataset) {
     return std::min(dataset.m_snsColTotal, cxc::grid::cols(dataset.m_mCC));
 }
 
-cxc::pass::Slice slicesOf(const CSnsCohData& dataset, __int64 r, __int64 c) {
-    const cxc::grid::Values values = cxc::grid::values(dataset.m_mCC, r, c);
+cxc::pass::Slice slicesOf(const CSnsCohData& dataset, const CWavChnlChnlDatazq* vector) {
+    const cxc::grid::Values values = cxc::grid::values(vector);
     return {values.data, 0, std::min(values.size, dataset.m_cohTimTotal), true};
 }
 
@@ -36,8 +36,11 @@ cxc::pass::Slice slicesOf(const CSnsCohData& dataset, __int64 r, __int64 c) {
 template <template <class> class Accumulator, class Take>
 void eachRow(const CSnsCohData& dataset, Take take) {
     cxc::pass::eachRow<Accumulator>(
-        rowsThere(dataset), colsThere(dataset),
-        [&](__int64 r, __int64 c) { return slicesOf(dataset, r, c); }, take);
+        dataset.m_mCC, rowsThere(dataset), colsThere(dataset),
+        [&](const CWavChnlChnlDatazq* vector, __int64, __int64) {
+            return slicesOf(dataset, vector);
+        },
+        take);
 }
 
 // The values of a row as the counters announce them; a product of doubles cannot overflow.
@@ -48,7 +51,7 @@ double rowLength(const CSnsCohData& dataset) {
 double meanSquare(const CSnsCohData& dataset) {
     double sum = 0.0;
     eachRow<cxc::pass::SquareSum>(dataset, [&](const cxc::pass::SquareSum<double>& row) {
-        sum += row.field[0] / rowLength(dataset);
+        sum = cxc::pass::plus(sum, row.field[0] / rowLength(dataset));
     });
     return sum / static_cast<double>(dataset.m_snsRowTotal);
 }
@@ -72,6 +75,7 @@ void divideAll(const CSnsCohData& dataset, double divisor) {
     }
 }
 
+using cxc::pass::plus;
 using cxc::pass::Range;
 using cxc::pass::Statistic;
 
@@ -96,28 +100,25 @@ struct RowSums {
         any = true;
         cxc::pass::widen(all, pair);
         if (size < 1) return;
-        const double length = static_cast<double>(size);
-        const double rms = std::sqrt(pair.field[4] / length);
-        mean += pair.field[2] / length;
-        absMean += pair.field[3] / length;
-        squaredRms += rms * rms;
+        mean = plus(mean, pair.field[2]);
+        absMean = plus(absMean, pair.field[3]);
+        squaredRms = plus(squaredRms, pair.field[4] * pair.field[4]);
     }
 };
 
 void addRow(const CSnsCohData& dataset, const RowSums& row, Summary& summary) {
     const double cols = static_cast<double>(dataset.m_snsColTotal);
-    summary.mean += row.mean / cols;
-    summary.absSum += row.absMean / cols;
-    summary.rmsSum += std::sqrt(row.squaredRms / cols);
+    summary.mean = plus(summary.mean, row.mean / cols);
+    summary.absSum = plus(summary.absSum, row.absMean / cols);
+    summary.rmsSum = plus(summary.rmsSum, std::sqrt(row.squaredRms / cols));
 }
 
 Summary summarize(const CSnsCohData& dataset) {
     Summary summary;
     bool any = false;
-    const auto slices = [&](__int64 r, __int64 c) -> cxc::pass::Slice {
-        const CWavChnlChnlDatazq* const vector = cxc::grid::cell(dataset.m_mCC, r, c);
+    const auto slices = [](const CWavChnlChnlDatazq* vector, __int64, __int64) {
         const cxc::grid::Values values = cxc::grid::values(vector);
-        return {values.data, 0, values.size, vector != nullptr};
+        return cxc::pass::Slice{values.data, 0, values.size, vector != nullptr};
     };
     const auto take = [&](const RowSums& row) {
         if (row.any && !any) summary.range = row.first;
@@ -126,7 +127,8 @@ Summary summarize(const CSnsCohData& dataset) {
         addRow(dataset, row, summary);
     };
     const __int64 rows = rowsThere(dataset);
-    cxc::pass::eachVector<Statistic, RowSums>(rows, colsThere(dataset), slices, take);
+    cxc::pass::eachVector<Statistic, RowSums>(dataset.m_mCC, rows, colsThere(dataset), slices,
+                                              take);
     // Rows that are only announced add 0, or NaN where there are no columns; one stands for all.
     if (dataset.m_snsRowTotal > rows) addRow(dataset, RowSums(), summary);
     if (!any) summary.range.start(0.0);
@@ -166,13 +168,13 @@ CString CSnsCohData02Prcs::getStatistics() {
 
 int CSnsCohData02Prcs::checkDataRange() {
     if (!hasValues(*this)) return 0;
-    const cxc::pass::Slice first = slicesOf(*this, 0, 0);
+    const cxc::pass::Slice first = slicesOf(*this, cxc::grid::cell(m_mCC, 0, 0));
     Range<double> range;
     range.start(first.end > 0 ? first.data[0] : 0.0);
     double mean = 0.0;
     eachRow<cxc::pass::RangeSum>(*this, [&](const cxc::pass::RangeSum<double>& row) {
         cxc::pass::widen(range, row);
-        mean += row.field[2] / rowLength(*this);
+        mean = plus(mean, row.field[2] / rowLength(*this));
     });
     m_dataMin = range.field[0];
     m_dataMax = range.field[1];
@@ -203,7 +205,7 @@ int CSnsCohData02Prcs::zeroDiagonal() {
     m_cxcCmptInfo = std::move(*note);
     const __int64 diagonal = std::min(rowsThere(*this), colsThere(*this));
     for (__int64 r = 0; r < diagonal; ++r) {
-        const __int64 end = slicesOf(*this, r, r).end;
+        const __int64 end = slicesOf(*this, cxc::grid::cell(m_mCC, r, r)).end;
         double* const data = cxc::grid::values(m_mCC, r, r).data;
         std::fill(data, data + end, 0.0);
     }

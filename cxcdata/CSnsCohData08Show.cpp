@@ -16,8 +16,8 @@ using cxc::pass::Slice;
 MagnitudeRange<double> magnitudeRange(const CSnsCohData& dataset, __int64 from, __int64 to) {
     const __int64 rows = std::min(dataset.m_snsRowTotal, cxc::grid::rows(dataset.m_mCC));
     const __int64 cols = std::min(dataset.m_snsColTotal, cxc::grid::cols(dataset.m_mCC));
-    const auto slices = [&](__int64 r, __int64 c) -> Slice {
-        const cxc::grid::Values values = cxc::grid::values(dataset.m_mCC, r, c);
+    const auto slices = [&](const CWavChnlChnlDatazq* vector, __int64, __int64) -> Slice {
+        const cxc::grid::Values values = cxc::grid::values(vector);
         const __int64 end = std::min(to, values.size - 1) + 1;
         return from < end ? Slice{values.data, from, end, true} : Slice{};
     };
@@ -25,7 +25,7 @@ MagnitudeRange<double> magnitudeRange(const CSnsCohData& dataset, __int64 from, 
     bool any = false;
     for (__int64 r = 0; r < rows && !any; ++r) {
         for (__int64 c = 0; c < cols && !any; ++c) {
-            const Slice slice = slices(r, c);
+            const Slice slice = slices(cxc::grid::cell(dataset.m_mCC, r, c), r, c);
             any = slice.visited;
             result.start(any ? slice.data[slice.begin] : 0.0);
         }
@@ -34,9 +34,9 @@ MagnitudeRange<double> magnitudeRange(const CSnsCohData& dataset, __int64 from, 
         result.start(0.0);
         return result;
     }
-    cxc::pass::eachRow<MagnitudeRange>(rows, cols, slices, [&](const MagnitudeRange<double>& row) {
-        cxc::pass::widen(result, row);
-    });
+    cxc::pass::eachRow<MagnitudeRange>(
+        dataset.m_mCC, rows, cols, slices,
+        [&](const MagnitudeRange<double>& row) { cxc::pass::widen(result, row); });
     return result;
 }
 

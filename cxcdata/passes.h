@@ -1,100 +1,19 @@
-// Passes over all values of a grid. A sum in a fixed order waits for the addition before it;
-// sums that do not depend on each other, those of different rows, run side by side here, each in
-// its own order, so that results stay the same to the last bit.
+// Passes over all values of a grid, eight vectors side by side: those of eight rows, where a row is
+// summed as a whole, or neighbours of one row. Each is summed in its own order, so that results
+// stay the same to the last bit.
 #pragma once
 
+#include "cxcdata/accumulators.h"
 #include "cxcdata/grid.h"
-#include "cxcdata/prefetch.h"
-#include "cxcdata/two_doubles.h"
 #include "cxcdata/wide_passes.h"
 #include "framework.h"
 
 #include <algorithm>
 #include <array>
-#include <cmath>
 #include <cstddef>
-#include <limits>
-#include <tuple>
 #include <utility>
 
 namespace cxc::pass {
-
-inline double magnitude(double value) {
-    return std::fabs(value);
-}
-inline double lowered(double least, double value) {
-    return value < least ? value : least;
-}
-inline double raised(double most, double value) {
-    return value > most ? value : most;
-}
-
-// Accumulators over a Number (double, or two doubles of neighbouring rows). Default-constructed,
-// with Number double, they have seen nothing; start takes the first value: as such a NaN stays,
-// while add passes over it in the extremes.
-
-template <class Number>
-struct Range {
-    static constexpr Kind kind = Kind::narrow;
-    std::array<Number, 2> field = {};  // least, greatest
-
-    void start(Number value) { field = {value, value}; }
-    void add(Number value) {
-        field[0] = lowered(field[0], value);
-        field[1] = raised(field[1], value);
-    }
-    static constexpr std::array<double, 2> nothing = {std::numeric_limits<double>::infinity(),
-                                                      -std::numeric_limits<double>::infinity()};
-};
-
-template <class Number>
-struct MagnitudeRange : Range<Number> {
-    static constexpr Kind kind = Kind::magnitudeRange;
-    void start(Number value) { Range<Number>::start(magnitude(value)); }
-    void add(Number value) { Range<Number>::add(magnitude(value)); }
-};
-
-template <class Number>
-struct RangeSum {
-    static constexpr Kind kind = Kind::narrow;
-    std::array<Number, 3> field = {};  // least, greatest, sum
-
-    void start(Number value) { field = {value, value, value}; }
-    void add(Number value) {
-        field[0] = lowered(field[0], value);
-        field[1] = raised(field[1], value);
-        field[2] = field[2] + value;
-    }
-    static constexpr std::array<double, 3> nothing = {Range<double>::nothing[0],
-                                                      Range<double>::nothing[1], 0.0};
-};
-
-template <class Number>
-struct SquareSum {
-    static constexpr Kind kind = Kind::narrow;
-    std::array<Number, 1> field = {};
-
-    void start(Number value) { field = {value * value}; }
-    void add(Number value) { field[0] = field[0] + value * value; }
-    static constexpr std::array<double, 1> nothing = {0.0};
-};
-
-template <class Number>
-struct Statistic {
-    static constexpr Kind kind = Kind::statistic;
-    std::array<Number, 5> field = {};  // least, greatest, sum, sum of magnitudes, sum of squares
-
-    void start(Number value) { field = {value, value, value, magnitude(value), value * value}; }
-    void add(Number value) {
-        field[0] = lowered(field[0], value);
-        field[1] = raised(field[1], value);
-        field[2] = field[2] + value;
-        field[3] = field[3] + magnitude(value);
-        field[4] = field[4] + value * value;
-    }
-    static constexpr std::array<double, 5> nothing = {Range<double>::nothing[0],
-                                                      Range<double>::nothing[1], 0.0, 0.0, 0.0};
-};
 
 template <template <class> class Accumulator>
 Accumulator<double> nothingSeen() {
@@ -110,189 +29,180 @@ void widen(Range<double>& range, const Later& later) {
     range.field[1] = raised(range.field[1], later.field[1]);
 }
 
-/// Elements [begin, end) of one vector; not visited where there is no vector.
+/// Elements [begin, end) of one vector; not visited where there is no vector. Without default
+/// values, which would cost as much as a short vector.
 struct Slice {
-    const double* data = nullptr;
-    __int64 begin = 0;
-    __int64 end = 0;
-    bool visited = false;
+    const double* data;
+    __int64 begin;
+    __int64 end;
+    bool visited;
 };
 
-// The vectors of a row were usually made one behind the other. Several rows side by side are more
-// streams than the machine follows by itself.
-inline void prefetchLater(const Slice& slice) {
-    constexpr __int64 vectorsAhead = 2;
-    constexpr __int64 longVector = 1024;
-    const __int64 length = slice.end - slice.begin;
-    if (slice.data == nullptr || length > longVector) return;
-    for (__int64 t = 0; t <= length; t += doublesPerCacheLine)
-        prefetch(slice.data + slice.begin, vectorsAhead * length + t);
-}
+/// The accumulators of eight vectors, field by field.
+template <template <class> class Accumulator>
+class Lanes {
+public:
+    static constexpr Kind kind = Accumulator<double>::kind;
+    static constexpr int fields = Accumulator<double>::fields;
 
-template <class Accumulator>
-void walk(const Slice& slice, Accumulator& accumulator) {
-    Accumulator local = accumulator;
-    for (__int64 t = slice.begin; t < slice.end; ++t)
-        local.add(slice.data[t]);
-    accumulator = local;
-}
+    void set(int k, const Accumulator<double>& accumulator) {
+        for (int f = 0; f < fields; ++f)
+            m_fields[f * laneCount + k] = accumulator.field[static_cast<std::size_t>(f)];
+    }
+    Accumulator<double> get(int k) const { return get(k, std::make_index_sequence<fields>()); }
+    double* data() { return m_fields; }
+
+private:
+    // Without a loop over the fields, which would take them through memory.
+    template <std::size_t... F>
+    Accumulator<double> get(int k, std::index_sequence<F...>) const {
+        Accumulator<double> accumulator;
+        accumulator.field = {m_fields[static_cast<int>(F) * laneCount + k]...};
+        return accumulator;
+    }
+
+    double m_fields[fields * laneCount];
+};
+
+using Slices = std::array<Slice, laneCount>;
 
 namespace detail {
 
+/// Adds as many elements as the shortest slice has left; `some` has as many.
 template <template <class> class Accumulator>
-Accumulator<TwoDoubles> pack(const Accumulator<double>& a, const Accumulator<double>& b) {
-    Accumulator<TwoDoubles> both;
-    for (std::size_t i = 0; i < both.field.size(); ++i)
-        both.field[i] = TwoDoubles(a.field[i], b.field[i]);
-    return both;
-}
-
-template <template <class> class Accumulator>
-void unpack(const Accumulator<TwoDoubles>& both, Accumulator<double>& a, Accumulator<double>& b) {
-    for (std::size_t i = 0; i < both.field.size(); ++i) {
-        a.field[i] = both.field[i].first();
-        b.field[i] = both.field[i].second();
+void addCommon(Width width, First first, Slices& slices, Lanes<Accumulator>& lanes,
+               const Slice& some, __int64 common) {
+    const double* vectors[laneCount];
+    std::array<bool, laneCount> idle;
+    std::array<Accumulator<double>, laneCount> kept;
+    for (std::size_t k = 0; k < laneCount; ++k) {
+        idle[k] = slices[k].begin >= slices[k].end;
+        if (idle[k]) kept[k] = lanes.get(static_cast<int>(k));
+        // A lane without values takes those of another, in vain.
+        const Slice& source = idle[k] ? some : slices[k];
+        vectors[k] = source.data + source.begin;
+        slices[k].begin += idle[k] ? 0 : common;
+    }
+    addLanes(width, lanes.kind, first, vectors, common, lanes.data());
+    for (std::size_t k = 0; k < laneCount; ++k) {
+        if (idle[k]) lanes.set(static_cast<int>(k), kept[k]);
     }
 }
 
-template <class Accumulator>
-void addTwice(Accumulator& accumulator, const double* a, const double* b) {
-    const TwoDoubles fromA = TwoDoubles::load(a);
-    const TwoDoubles fromB = TwoDoubles::load(b);
-    accumulator.add(firsts(fromA, fromB));
-    accumulator.add(seconds(fromA, fromB));
-}
-
-template <template <class> class Accumulator, std::size_t Lanes, std::size_t... K>
-void together(const std::array<const double*, Lanes>& data,
-              std::array<Accumulator<double>, Lanes>& accumulators, __int64 length,
-              std::index_sequence<K...>) {
-    std::array<Accumulator<TwoDoubles>, sizeof...(K)> local = {
-        pack<Accumulator>(accumulators[2 * K], accumulators[2 * K + 1])...};
-    __int64 t = 0;
-    for (; t + 2 <= length; t += 2)
-        (addTwice(local[K], data[2 * K] + t, data[2 * K + 1] + t), ...);
-    if (t < length) (local[K].add(TwoDoubles(data[2 * K][t], data[2 * K + 1][t])), ...);
-    (unpack<Accumulator>(local[K], accumulators[2 * K], accumulators[2 * K + 1]), ...);
-}
-
+/// walk for slices that are not all of one length.
 template <template <class> class Accumulator>
-void together(const std::array<const double*, wideRows>& data,
-              std::array<Accumulator<double>, wideRows>& accumulators, __int64 length) {
-    constexpr std::size_t count = std::tuple_size<decltype(accumulators[0].field)>::value;
-    std::array<double, count * wideRows> fields;
-    for (std::size_t f = 0; f < count; ++f) {
-        for (std::size_t r = 0; r < wideRows; ++r)
-            fields[f * wideRows + r] = accumulators[r].field[f];
-    }
-    addWide(Accumulator<double>::kind, data.data(), length, fields.data());
-    for (std::size_t f = 0; f < count; ++f) {
-        for (std::size_t r = 0; r < wideRows; ++r)
-            accumulators[r].field[f] = fields[f * wideRows + r];
+void walkUneven(Width width, First first, Slices slices, Lanes<Accumulator>& lanes) {
+    for (;; first = First::adds) {
+        Slice some = {};
+        for (const Slice& slice : slices) {
+            const __int64 length = slice.end - slice.begin;
+            const __int64 least = some.end - some.begin;
+            if (length > 0 && (least == 0 || length < least)) some = slice;
+        }
+        const __int64 common = some.end - some.begin;
+        if (common == 0) return;
+        addCommon<Accumulator>(width, first, slices, lanes, some, common);
     }
 }
 
 }  // namespace detail
 
-/// Adds slice k to accumulator k, side by side as far as all slices reach.
-template <template <class> class Accumulator, std::size_t Lanes>
-void walk(std::array<Slice, Lanes>& slices, std::array<Accumulator<double>, Lanes>& accumulators) {
-    if constexpr (Lanes > 1) {
-        __int64 common = slices[0].end - slices[0].begin;
-        for (const Slice& slice : slices)
-            common = std::min(common, slice.end - slice.begin);
-        if (common > 0) {
-            std::array<const double*, Lanes> data;
-            for (std::size_t k = 0; k < Lanes; ++k) {
-                data[k] = slices[k].data + slices[k].begin;
-                slices[k].begin += common;
-            }
-            if constexpr (Lanes == wideRows && Accumulator<double>::kind != Kind::narrow) {
-                if (canGoWide()) {
-                    detail::together<Accumulator>(data, accumulators, common);
-                    common = 0;
-                }
-            }
-            if (common > 0)
-                detail::together<Accumulator>(data, accumulators, common,
-                                              std::make_index_sequence<Lanes / 2>());
-        }
+/// Adds slice k to accumulator k, or starts it; that of an empty slice stays.
+template <template <class> class Accumulator>
+void walk(Width width, First first, const Slices& slices, Lanes<Accumulator>& lanes) {
+    const double* vectors[laneCount];
+    const __int64 length = slices[0].end - slices[0].begin;
+    bool even = length > 0;
+    for (std::size_t k = 0; k < laneCount; ++k) {
+        even = even && slices[k].end - slices[k].begin == length;
+        vectors[k] = slices[k].data + slices[k].begin;
     }
-    for (std::size_t k = 0; k < Lanes; ++k)
-        walk(slices[k], accumulators[k]);
+    if (even)
+        addLanes(width, lanes.kind, first, vectors, length, lanes.data());
+    else
+        detail::walkUneven<Accumulator>(width, first, slices, lanes);
 }
 
 namespace detail {
 
-template <template <class> class Accumulator, std::size_t Lanes, class SliceOf, class Take>
-void rowGroups(__int64& row, __int64 rows, __int64 cols, SliceOf sliceOf, Take take) {
-    constexpr __int64 lanes = static_cast<__int64>(Lanes);
-    for (; row + lanes <= rows; row += lanes) {
-        std::array<Accumulator<double>, Lanes> accumulators;
-        accumulators.fill(nothingSeen<Accumulator>());
-        for (__int64 c = 0; c < cols; ++c) {
-            std::array<Slice, Lanes> slices;
-            for (std::size_t k = 0; k < Lanes; ++k) {
-                slices[k] = sliceOf(row + static_cast<__int64>(k), c);
-                prefetchLater(slices[k]);
-            }
-            walk<Accumulator>(slices, accumulators);
-        }
-        for (const Accumulator<double>& accumulator : accumulators)
-            take(accumulator);
-    }
-}
+/// Eight rows, as far as there are so many.
+struct RowsTogether {
+    const CWavChnlChnlDatazq* vectors[laneCount] = {};
+    __int64 first;  // row
+    int here;       // rows
 
-template <template <class> class Accumulator, class Row, std::size_t Lanes, class SliceOf,
-          class Take>
-void vectorGroups(__int64& row, __int64 rows, __int64 cols, SliceOf sliceOf, Take take) {
-    constexpr __int64 lanes = static_cast<__int64>(Lanes);
-    for (; row + lanes <= rows; row += lanes) {
-        std::array<Row, Lanes> results = {};
-        for (__int64 c = 0; c < cols; ++c) {
-            std::array<Slice, Lanes> slices;
-            std::array<Accumulator<double>, Lanes> accumulators;
-            std::array<__int64, Lanes> sizes;
-            for (std::size_t k = 0; k < Lanes; ++k) {
-                slices[k] = sliceOf(row + static_cast<__int64>(k), c);
-                prefetchLater(slices[k]);
-                sizes[k] = slices[k].visited ? slices[k].end - slices[k].begin : -1;
-                accumulators[k].start(sizes[k] > 0 ? slices[k].data[slices[k].begin++] : 0.0);
-            }
-            walk<Accumulator>(slices, accumulators);
-            for (std::size_t k = 0; k < Lanes; ++k) {
-                if (sizes[k] >= 0) results[k].take(accumulators[k], sizes[k]);
-            }
-        }
-        for (const Row& result : results)
-            take(result);
+    RowsTogether(CWavChnlChnlDatazq* const* table, __int64 row, __int64 rows)
+        : first(row), here(static_cast<int>(std::min<__int64>(rows - row, laneCount))) {
+        for (int k = 0; k < here; ++k)
+            vectors[k] = grid::row(table, row + k);
     }
-}
+    template <class SliceOf>
+    Slices slices(__int64 c, SliceOf sliceOf) const {
+        Slices slices;
+        for (int k = 0; k < laneCount; ++k) {
+            Slice& slice = slices[static_cast<std::size_t>(k)];
+            if (k < here)
+                slice = sliceOf(vectors[k] == nullptr ? nullptr : vectors[k] + c, first + k, c);
+            else
+                slice = {};
+        }
+        return slices;
+    }
+};
 
 }  // namespace detail
 
-/// Accumulates each row over its columns and the elements of sliceOf(r, c), and calls `take` with
-/// the accumulator of every row, in row order.
+/// Accumulates each row over its columns and the elements of sliceOf(vector, r, c), and calls
+/// `take` with the accumulator of every row, in row order. The table has rows x cols vectors; a row
+/// that was never made has null ones.
 template <template <class> class Accumulator, class SliceOf, class Take>
-void eachRow(__int64 rows, __int64 cols, SliceOf sliceOf, Take take) {
-    __int64 row = 0;
-    detail::rowGroups<Accumulator, 8>(row, rows, cols, sliceOf, take);
-    detail::rowGroups<Accumulator, 4>(row, rows, cols, sliceOf, take);
-    detail::rowGroups<Accumulator, 1>(row, rows, cols, sliceOf, take);
+void eachRow(CWavChnlChnlDatazq* const* table, __int64 rows, __int64 cols, SliceOf sliceOf,
+             Take take, Width width = widest()) {
+    for (__int64 row = 0; row < rows; row += laneCount) {
+        const detail::RowsTogether together(table, row, rows);
+        Lanes<Accumulator> lanes;
+        for (int k = 0; k < laneCount; ++k)
+            lanes.set(k, nothingSeen<Accumulator>());
+        for (__int64 c = 0; c < cols; ++c)
+            walk<Accumulator>(width, First::adds, together.slices(c, sliceOf), lanes);
+        for (int k = 0; k < together.here; ++k)
+            take(lanes.get(k));
+    }
 }
 
-/// Accumulates each vector over the elements of sliceOf(r, c), started by the first of them or by
-/// 0.0, and calls take(accumulator, size) of a Row for every visited one, in column order; then
-/// `take` with every Row, in row order.
+/// Accumulates each vector over the elements of sliceOf(vector, r, c), started by the first of them
+/// or by 0.0, and calls take(accumulator, size) of a Row for every visited one, in column order,
+/// with means in the place of sums; then `take` with every Row, in row order. The table is that of
+/// eachRow.
 template <template <class> class Accumulator, class Row, class SliceOf, class Take>
-void eachVector(__int64 rows, __int64 cols, SliceOf sliceOf, Take take) {
-    // As many rows as there are registers for.
-    constexpr bool few = sizeof(Accumulator<double>) > 4 * sizeof(double);
-    __int64 row = 0;
-    if (!few || canGoWide())
-        detail::vectorGroups<Accumulator, Row, wideRows>(row, rows, cols, sliceOf, take);
-    detail::vectorGroups<Accumulator, Row, 4>(row, rows, cols, sliceOf, take);
-    detail::vectorGroups<Accumulator, Row, 1>(row, rows, cols, sliceOf, take);
+void eachVector(CWavChnlChnlDatazq* const* table, __int64 rows, __int64 cols, SliceOf sliceOf,
+                Take take, Width width = widest()) {
+    Accumulator<double> empty;
+    empty.start(0.0);
+    for (__int64 row = 0; row < rows; row += laneCount) {
+        const detail::RowsTogether together(table, row, rows);
+        std::array<Row, laneCount> results = {};
+        for (__int64 c = 0; c < cols; ++c) {
+            const Slices slices = together.slices(c, sliceOf);
+            Lanes<Accumulator> lanes;
+            double sizes[laneCount];
+            for (int k = 0; k < laneCount; ++k) {
+                const Slice& slice = slices[static_cast<std::size_t>(k)];
+                const __int64 size = slice.end - slice.begin;
+                if (size < 1) lanes.set(k, empty);
+                sizes[k] = static_cast<double>(std::max<__int64>(size, 1));
+            }
+            walk<Accumulator>(width, First::starts, slices, lanes);
+            takeMeans(width, lanes.kind, sizes, lanes.data());
+            for (int k = 0; k < together.here; ++k) {
+                const Slice& slice = slices[static_cast<std::size_t>(k)];
+                if (!slice.visited) continue;
+                results[static_cast<std::size_t>(k)].take(lanes.get(k), slice.end - slice.begin);
+            }
+        }
+        for (int k = 0; k < together.here; ++k)
+            take(results[static_cast<std::size_t>(k)]);
+    }
 }
 
 }  // namespace cxc::pass

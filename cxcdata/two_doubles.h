@@ -1,6 +1,8 @@
 // Two doubles that are worked on together, with the results that each would have alone.
 #pragma once
 
+#include <array>
+
 #if defined(__SSE2__) || defined(_M_X64)
 #define CXC_TWO_DOUBLES_SSE2
 #include <emmintrin.h>
@@ -13,6 +15,8 @@ namespace cxc {
 #if defined(CXC_TWO_DOUBLES_SSE2)
 
 struct TwoDoubles {
+    static constexpr int lanes = 2;
+    static constexpr int step = 2;
     __m128d both;
 
     TwoDoubles() : both(_mm_setzero_pd()) {}
@@ -23,6 +27,13 @@ struct TwoDoubles {
     void store(double* target) const { _mm_storeu_pd(target, both); }
     double first() const { return _mm_cvtsd_f64(both); }
     double second() const { return _mm_cvtsd_f64(_mm_unpackhi_pd(both, both)); }
+
+    /// Element t of each of two vectors.
+    static TwoDoubles slice(const double* const* vectors, long long t) {
+        return {vectors[0][t], vectors[1][t]};
+    }
+    /// Elements t .. t+step-1 of two vectors.
+    static std::array<TwoDoubles, step> slices(const double* const* vectors, long long t);
 };
 
 inline TwoDoubles operator+(TwoDoubles a, TwoDoubles b) {
@@ -33,6 +44,9 @@ inline TwoDoubles operator*(TwoDoubles a, TwoDoubles b) {
 }
 inline TwoDoubles operator/(TwoDoubles a, TwoDoubles b) {
     return TwoDoubles(_mm_div_pd(a.both, b.both));
+}
+inline TwoDoubles squareRoot(TwoDoubles a) {
+    return TwoDoubles(_mm_sqrt_pd(a.both));
 }
 inline TwoDoubles magnitude(TwoDoubles a) {
     return TwoDoubles(_mm_andnot_pd(_mm_set1_pd(-0.0), a.both));
@@ -54,6 +68,8 @@ inline TwoDoubles seconds(TwoDoubles a, TwoDoubles b) {
 #else
 
 struct TwoDoubles {
+    static constexpr int lanes = 2;
+    static constexpr int step = 2;
     double one = 0.0;
     double two = 0.0;
 
@@ -67,6 +83,13 @@ struct TwoDoubles {
     }
     double first() const { return one; }
     double second() const { return two; }
+
+    /// Element t of each of two vectors.
+    static TwoDoubles slice(const double* const* vectors, long long t) {
+        return {vectors[0][t], vectors[1][t]};
+    }
+    /// Elements t .. t+step-1 of two vectors.
+    static std::array<TwoDoubles, step> slices(const double* const* vectors, long long t);
 };
 
 inline TwoDoubles operator+(TwoDoubles a, TwoDoubles b) {
@@ -77,6 +100,9 @@ inline TwoDoubles operator*(TwoDoubles a, TwoDoubles b) {
 }
 inline TwoDoubles operator/(TwoDoubles a, TwoDoubles b) {
     return {a.one / b.one, a.two / b.two};
+}
+inline TwoDoubles squareRoot(TwoDoubles a) {
+    return {std::sqrt(a.one), std::sqrt(a.two)};
 }
 inline TwoDoubles magnitude(TwoDoubles a) {
     return {std::fabs(a.one), std::fabs(a.two)};
@@ -97,5 +123,12 @@ inline TwoDoubles seconds(TwoDoubles a, TwoDoubles b) {
 }
 
 #endif
+
+inline std::array<TwoDoubles, TwoDoubles::step> TwoDoubles::slices(const double* const* vectors,
+                                                                   long long t) {
+    const TwoDoubles a = load(vectors[0] + t);
+    const TwoDoubles b = load(vectors[1] + t);
+    return {firsts(a, b), seconds(a, b)};
+}
 
 }  // namespace cxc

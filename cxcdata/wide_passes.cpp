@@ -1,116 +1,126 @@
-// Compiled for a newer machine than the rest of the library, so nothing here may be shared with
-// other sources: no header with inline functions but the compiler's own.
 #include "cxcdata/wide_passes.h"
 
-#if defined(CXC_WIDE_PASSES)
+#include "cxcdata/lane_kernel.h"
+#include "cxcdata/one_double.h"
+#include "cxcdata/two_doubles.h"
 
+#include <algorithm>
+
+#if defined(CXC_WIDE_PASSES) && defined(_MSC_VER)
 #include <immintrin.h>
+#include <intrin.h>
+#endif
 
 namespace cxc::pass {
 namespace {
 
-using Four = __m256d;
-
-Four magnitude(Four value) {
-    return _mm256_andnot_pd(_mm256_set1_pd(-0.0), value);
-}
-// The instructions give the second operand for a NaN and for equal zeros: the older value stays.
-Four lowered(Four least, Four value) {
-    return _mm256_min_pd(value, least);
-}
-Four raised(Four most, Four value) {
-    return _mm256_max_pd(value, most);
-}
-
-struct Range {
-    static void add(Four* field, Four value) {
-        field[0] = lowered(field[0], value);
-        field[1] = raised(field[1], value);
-    }
+struct Machine {
+    bool four = false;
+    bool eight = false;
 };
 
-struct MagnitudeRange {
-    static constexpr int count = 2;
-    static void add(Four* field, Four value) { Range::add(field, magnitude(value)); }
-};
+#if !defined(CXC_WIDE_PASSES)
 
-struct Statistic {
-    static constexpr int count = 5;
-    static void add(Four* field, Four value) {
-        Range::add(field, value);
-        field[2] = _mm256_add_pd(field[2], value);
-        field[3] = _mm256_add_pd(field[3], magnitude(value));
-        field[4] = _mm256_add_pd(field[4], _mm256_mul_pd(value, value));
-    }
-};
-
-// Four slices of four rows: read along the rows, added slice by slice.
-template <class Accumulator>
-void addSquare(Four* field, const double* const* rows, long long t) {
-    const Four a = _mm256_loadu_pd(rows[0] + t);
-    const Four b = _mm256_loadu_pd(rows[1] + t);
-    const Four c = _mm256_loadu_pd(rows[2] + t);
-    const Four d = _mm256_loadu_pd(rows[3] + t);
-    const Four even01 = _mm256_unpacklo_pd(a, b);
-    const Four odd01 = _mm256_unpackhi_pd(a, b);
-    const Four even23 = _mm256_unpacklo_pd(c, d);
-    const Four odd23 = _mm256_unpackhi_pd(c, d);
-    Accumulator::add(field, _mm256_permute2f128_pd(even01, even23, 0x20));
-    Accumulator::add(field, _mm256_permute2f128_pd(odd01, odd23, 0x20));
-    Accumulator::add(field, _mm256_permute2f128_pd(even01, even23, 0x31));
-    Accumulator::add(field, _mm256_permute2f128_pd(odd01, odd23, 0x31));
+Machine inspect() {
+    return {};
 }
 
-template <class Accumulator>
-void addRows(const double* const* rows, long long length, double* fields) {
-    constexpr int count = Accumulator::count;
-    Four low[count];
-    Four high[count];
-    for (int f = 0; f < count; ++f) {
-        low[f] = _mm256_loadu_pd(fields + f * wideRows);
-        high[f] = _mm256_loadu_pd(fields + f * wideRows + 4);
-    }
-    long long t = 0;
-    for (; t + 4 <= length; t += 4) {
-        addSquare<Accumulator>(low, rows, t);
-        addSquare<Accumulator>(high, rows + 4, t);
-    }
-    for (; t < length; ++t) {
-        Accumulator::add(low, _mm256_set_pd(rows[3][t], rows[2][t], rows[1][t], rows[0][t]));
-        Accumulator::add(high, _mm256_set_pd(rows[7][t], rows[6][t], rows[5][t], rows[4][t]));
-    }
-    for (int f = 0; f < count; ++f) {
-        _mm256_storeu_pd(fields + f * wideRows, low[f]);
-        _mm256_storeu_pd(fields + f * wideRows + 4, high[f]);
-    }
+#elif defined(_MSC_VER)
+
+// The processor must have the instructions, and the system must keep the registers.
+Machine inspect() {
+    int info[4] = {};
+    __cpuid(info, 0);
+    const int lastLeaf = info[0];
+    __cpuid(info, 1);
+    const int savesAndAvx = 1 << 27 | 1 << 28;
+    if (lastLeaf < 7 || (info[2] & savesAndAvx) != savesAndAvx) return {};
+    const unsigned long long kept = _xgetbv(0);
+    __cpuidex(info, 7, 0);
+    const bool avx2 = (info[1] & 1 << 5) != 0;
+    const bool avx512 = (info[1] & 1 << 16) != 0;
+    return {avx2 && (kept & 0x06) == 0x06, avx512 && (kept & 0xe6) == 0xe6};
+}
+
+#else
+
+Machine inspect() {
+    return {__builtin_cpu_supports("avx2") != 0, __builtin_cpu_supports("avx512f") != 0};
+}
+
+#endif
+
+const Machine& machine() {
+    static const Machine found = inspect();
+    return found;
+}
+
+void addWith(Width width, Kind kind, First first, const double* const* vectors, long long length,
+             double* fields) {
+#if defined(CXC_WIDE_PASSES)
+    if (width == Width::eight) return detail::addWithEight(kind, first, vectors, length, fields);
+    if (width == Width::four) return detail::addWithFour(kind, first, vectors, length, fields);
+#endif
+    static_cast<void>(width);
+    addLanesOf<TwoDoubles>(kind, first, vectors, length, fields);
+}
+
+bool anyNaN(const double* lanes) {
+    bool any = false;
+    for (int k = 0; k < laneCount; ++k)
+        any |= std::isnan(lanes[k]);
+    return any;
+}
+
+// NaNs are rare: where there is one, the sums are made again with care for which one stays.
+template <template <class> class Accumulator>
+void addAnyValues(Width width, First first, const double* const* vectors, long long length,
+                  double* fields) {
+    using Plain = Accumulator<double>;
+    constexpr int count = Plain::fields * laneCount;
+    double before[count];
+    if (first == First::adds) std::copy(fields, fields + count, before);
+    addWith(width, Plain::kind, first, vectors, length, fields);
+    if (!anyNaN(fields + Plain::sum * laneCount)) return;
+    if (first == First::adds) std::copy(before, before + count, fields);
+    addLanesOf<Accumulator, OneDouble>(first, vectors, length, fields);
 }
 
 }  // namespace
 
-bool canGoWide() {
-    static const bool can = __builtin_cpu_supports("avx2") != 0;
-    return can;
+bool has(Width width) {
+    if (width == Width::four) return machine().four;
+    if (width == Width::eight) return machine().eight;
+    return true;
 }
 
-void addWide(Kind kind, const double* const* rows, long long length, double* fields) {
-    if (kind == Kind::magnitudeRange)
-        addRows<MagnitudeRange>(rows, length, fields);
-    else if (kind == Kind::statistic)
-        addRows<Statistic>(rows, length, fields);
+Width widest() {
+    if (machine().eight) return Width::eight;
+    return machine().four ? Width::four : Width::two;
 }
 
-}  // namespace cxc::pass
-
-#else
-
-namespace cxc::pass {
-
-bool canGoWide() {
-    return false;
+void addLanes(Width width, Kind kind, First first, const double* const* vectors, long long length,
+              double* fields) {
+    switch (kind) {
+        case Kind::range:
+        case Kind::magnitudeRange:
+            return addWith(width, kind, first, vectors, length, fields);
+        case Kind::rangeSum:
+            return addAnyValues<RangeSum>(width, first, vectors, length, fields);
+        case Kind::squareSum:
+            return addAnyValues<SquareSum>(width, first, vectors, length, fields);
+        case Kind::statistic:
+            return addAnyValues<Statistic>(width, first, vectors, length, fields);
+    }
 }
 
-void addWide(Kind, const double* const*, long long, double*) {}
-
-}  // namespace cxc::pass
-
+void takeMeans(Width width, Kind kind, const double* sizes, double* fields) {
+#if defined(CXC_WIDE_PASSES)
+    if (width == Width::eight) return detail::meansWithEight(kind, sizes, fields);
+    if (width == Width::four) return detail::meansWithFour(kind, sizes, fields);
 #endif
+    static_cast<void>(width);
+    takeMeansOf<TwoDoubles>(kind, sizes, fields);
+}
+
+}  // namespace cxc::pass

@@ -1,22 +1,46 @@
-// The accumulators of passes.h for eight rows at once, on machines that work on four doubles
-// together. Results are those of passes.h to the last bit: every row has a lane of its own.
+// The accumulators for eight vectors side by side, with as many doubles together as the machine
+// can work on. A sum in a fixed order waits for the addition before it; sums of different vectors
+// need not wait for each other.
 #pragma once
 
+#include "cxcdata/accumulators.h"
 #include "cxcdata/cxc_api.h"
 
 namespace cxc::pass {
 
-/// Sums alone gain nothing: they wait for the addition before, however wide it is.
-enum class Kind { narrow, magnitudeRange, statistic };
+constexpr int laneCount = 8;
 
-constexpr int wideRows = 8;
+/// How many doubles are worked on together. Two is there on every machine.
+enum class Width { two, four, eight };
 
-/// Whether this machine, and this build, can.
-CXC_API bool canGoWide();
+/// What becomes of element 0 of each vector.
+enum class First { adds, starts };
 
-/// Adds elements 0 .. length-1 of the eight rows to their accumulators. fields[f * wideRows + r] is
-/// field f of row r, as passes.h lists the fields. Requires canGoWide(), and a kind that is not
-/// narrow.
-CXC_API void addWide(Kind kind, const double* const* rows, long long length, double* fields);
+/// Whether this machine, and this build, has the width.
+CXC_API bool has(Width width);
+/// The greatest width there is, found out once.
+CXC_API Width widest();
+
+/// Adds elements 0 .. length-1 of eight vectors to their accumulators: fields[f * laneCount + k] is
+/// field f of the accumulator of vector k, only written where the first elements start them.
+/// Results are the same to the last bit for every width. Requires has(width) and length > 0.
+CXC_API void addLanes(Width width, Kind kind, First first, const double* const* vectors,
+                      long long length, double* fields);
+
+/// Turns the sums of eight vectors into means over sizes[k] elements, and the mean of squares into
+/// its root. For the kinds with a sum of values.
+CXC_API void takeMeans(Width width, Kind kind, const double* sizes, double* fields);
+
+namespace detail {
+
+// Compiled for the machines that have them.
+void addWithFour(Kind kind, First first, const double* const* vectors, long long length,
+                 double* fields);
+void meansWithFour(Kind kind, const double* sizes, double* fields);
+void addWithEight(Kind kind, First first, const double* const* vectors, long long length,
+                  double* fields);
+void meansWithEight(Kind kind, const double* sizes, double* fields);
+
+}  // namespace detail
 
 }  // namespace cxc::pass
