@@ -3,6 +3,7 @@
 #include "cxcdata/allocation.h"
 #include "cxcdata/grid.h"
 #include "cxcfile/fixed_decimal.h"
+#include "cxcfile/text_export.h"
 
 #include <algorithm>
 #include <cstring>
@@ -143,7 +144,7 @@ __int64 usualBlock(CWavChnlChnlDatazq* const* table) {
     return most < static_cast<double>(mostCharacters) ? static_cast<__int64>(most) : mostCharacters;
 }
 
-bool writeDataset(CFile& file, const CSnsCohData& data) {
+bool writeBlocks(CFile& file, const CSnsCohData& data) {
     TextFile text(file);
     if (!text.prepare(usualBlock(data.m_mCC))) return false;
     CString line;
@@ -179,6 +180,10 @@ CString askTextPath(const CString& name) {
 
 }  // namespace
 
+bool cxc::writeText(CFile& file, const CSnsCohData& data) {
+    return canExport(data) && writeBlocks(file, data);
+}
+
 int CSnsCohData09File::exportCxc2txtFile() {
     // Everything that goes wrong is a result of 0 without a message; a partly written file stays.
     try {
@@ -188,7 +193,7 @@ int CSnsCohData09File::exportCxc2txtFile() {
         if (path.IsEmpty()) return 0;
         CFile file;
         if (!file.Open(path, CFile::modeCreate | CFile::modeWrite)) return 0;
-        if (!writeDataset(file, *this)) return 0;
+        if (!writeBlocks(file, *this)) return 0;
         file.Flush();
         file.Close();
         return 1;

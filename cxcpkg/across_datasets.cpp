@@ -295,4 +295,55 @@ bool summaryOf(const Together& from, CSnsCohDatazq& minimum, CSnsCohDatazq& mean
     return made;
 }
 
+namespace {
+
+// Calls take(r, c, values, n) for the cells that `next` has inside the grid of `result`; its first
+// pair without an array ends a row, as in Members.
+template <class Take>
+void eachShared(const CSnsCohDatazq& next, const CSnsCohDatazq& result, Take take) {
+    const __int64 rows =
+        std::min({next.m_snsRowTotal, grid::rows(next.m_mCC), result.m_snsRowTotal});
+    const __int64 cols =
+        std::min({next.m_snsColTotal, grid::cols(next.m_mCC), result.m_snsColTotal});
+    const __int64 slices = std::min(next.m_cohTimTotal, result.m_cohTimTotal);
+    for (__int64 r = 0; r < rows; ++r) {
+        const CWavChnlChnlDatazq* const row = grid::row(next.m_mCC, r);
+        if (row == nullptr) continue;
+        for (__int64 c = 0; c < cols && row[c].m_data != nullptr; ++c)
+            take(r, c, row[c].m_data, std::min(slices, row[c].m_size));
+    }
+}
+
+}  // namespace
+
+void addToSums(CSnsCohDatazq& sums, const CSnsCohDatazq& next) {
+    eachShared(next, sums, [&](__int64 r, __int64 c, const double* values, __int64 n) {
+        add(sums.m_mCC[r][c].m_data, Several<1>{values}, n);
+    });
+}
+
+void takeExtremes(CSnsCohDatazq& minimum, CSnsCohDatazq& maximum, const CSnsCohDatazq& next,
+                  bool first) {
+    eachShared(next, minimum, [&](__int64 r, __int64 c, const double* values, __int64 n) {
+        double* const least = minimum.m_mCC[r][c].m_data;
+        double* const most = maximum.m_mCC[r][c].m_data;
+        if (first && n > 0) {
+            std::copy_n(values, n, least);
+            std::copy_n(values, n, most);
+        }
+        for (__int64 t = 0; t < n; ++t) {
+            least[t] = pass::lowered(least[t], values[t]);
+            most[t] = pass::raised(most[t], values[t]);
+        }
+    });
+}
+
+void sumsToMeans(CSnsCohDatazq& sums, int datasets) {
+    if (datasets < 2) return;
+    for (__int64 r = 0; r < sums.m_snsRowTotal; ++r) {
+        for (__int64 c = 0; c < sums.m_snsColTotal; ++c)
+            divide(sums.m_mCC[r][c].m_data, sums.m_cohTimTotal, static_cast<double>(datasets));
+    }
+}
+
 }  // namespace cxc

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "cxcdata/CSnsCohDatazq.h"
+#include "cxcdata/cxc_api.h"
 #include "framework.h"
 
 namespace cxc {
@@ -25,5 +26,18 @@ bool meanOf(const Together& from, CSnsCohDatazq& mean);
 /// it has no cell from 0.0. An equal value and a NaN never replace one.
 bool summaryOf(const Together& from, CSnsCohDatazq& minimum, CSnsCohDatazq& mean,
                CSnsCohDatazq& maximum);
+
+/// The same for datasets that come one after another, so that only one of them is in memory: give
+/// `sums` (and, for a summary, the extremes) the shape of the largest, all 0.0, take every dataset
+/// in order, then make the sums means. The values are those of meanOf and summaryOf to the last
+/// bit.
+CXC_API void addToSums(CSnsCohDatazq& sums, const CSnsCohDatazq& next);
+
+/// `first` is set for the first dataset of all.
+CXC_API void takeExtremes(CSnsCohDatazq& minimum, CSnsCohDatazq& maximum, const CSnsCohDatazq& next,
+                          bool first);
+
+/// Divides by the number of datasets, if there are two or more.
+CXC_API void sumsToMeans(CSnsCohDatazq& sums, int datasets);
 
 }  // namespace cxc

@@ -6,7 +6,7 @@ set -euo pipefail
 packages=(
   g++ clang libclang-rt-14-dev clang-format clang-tidy
   cmake ninja-build git
-  libgtest-dev googletest libbenchmark-dev libcli11-dev
+  libgtest-dev googletest libbenchmark-dev libcli11-dev nlohmann-json3-dev
   g++-mingw-w64-x86-64-posix wine wine64 xvfb xauth
   python3 python3-dev python3-numpy python3-scipy python3-matplotlib python3-mne
   python3-pytest python3-tqdm python3-pil pybind11-dev

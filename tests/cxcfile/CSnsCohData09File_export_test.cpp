@@ -3,8 +3,10 @@
 
 #include "cxcdata/CSnsCohDatazq.h"
 #include "cxcdata/CWavChnlChnlDatazq.h"
+#include "cxcfile/text_export.h"
 #include "tests/cxcfile/dataset_passes.h"
 #include "tests/cxcfile/golden_dataset.h"
+#include "tests/support/MemoryFile.h"
 #include "tests/support/TestApp.h"
 
 #include <filesystem>
@@ -53,6 +55,22 @@ void setValues(CWavChnlChnlDatazq& pair, const std::vector<double>& values) {
     ASSERT_NE(pair.checkInitData(static_cast<__int64>(values.size()), true), nullptr);
     for (std::size_t t = 0; t < values.size(); ++t)
         pair.m_data[t] = values[t];
+}
+
+TEST_F(CSnsCohData09FileExport, WithoutTheDialogTheTextIsTheSame) {
+    CSnsCohDatazq data;
+    ASSERT_EQ(data.checkInitSnsCohData(2, 3, 2, true), 1);
+    setValues(data.m_mCC[1][2], {0.25, -3.0});
+    test::MemoryFile file;
+    EXPECT_TRUE(cxc::writeText(file, data));
+    EXPECT_EQ(file.content(), exported(data));
+
+    data.cleanSnsCohData();
+    data.setChnlRowCol(3, 3);
+    data.m_cohTimTotal = 1;
+    test::MemoryFile untouched;
+    EXPECT_FALSE(cxc::writeText(untouched, data));
+    EXPECT_TRUE(untouched.content().empty());
 }
 
 TEST_F(CSnsCohData09FileExport, EveryByteOfASmallDataset) {

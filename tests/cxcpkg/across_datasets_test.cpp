@@ -1,0 +1,130 @@
+#include "cxcpkg/across_datasets.h"
+
+#include "cxcpkg/CGroupMeegCxcFacezq.h"
+#include "tests/support/DatasetFixture.h"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <limits>
+#include <random>
+
+namespace {
+
+// Datasets of different shapes, one with a pair without an array, one shorter than it says.
+class Group {
+public:
+    Group() {
+        add(3, 5, 4);
+        add(2, 5, 7);
+        add(5, 2, 4);
+        add(3, 3, 1);
+        member(1).m_mCC[0][2].cleanData();
+        test::setPair(member(0), 1, 1, {0.5, -2.0});
+        test::cell(member(2), 1, 1, 1) = std::numeric_limits<double>::quiet_NaN();
+    }
+    ~Group() { m_group.cleanSnsCohPkg(); }
+
+    CGroupMeegCxcFacezq& operator*() { return m_group; }
+    CSnsCohDatazq& member(int i) { return *m_group.getCoherenceData(i); }
+    int size() { return static_cast<int>(m_group.getTotalCohDataset()); }
+
+private:
+    void add(__int64 rows, __int64 cols, __int64 slices) {
+        auto* const dataset = new CSnsCohDatazq;
+        dataset->checkInitSnsCohData(rows, cols, slices, true);
+        std::uniform_real_distribution<double> usual(-3.0, 3.0);
+        for (__int64 r = 0; r < rows; ++r) {
+            for (__int64 c = 0; c < cols; ++c) {
+                for (__int64 t = 0; t < slices; ++t)
+                    test::cell(*dataset, t, r, c) = usual(m_random);
+            }
+        }
+        m_group.setCohData(dataset, size());
+    }
+
+    std::mt19937 m_random{7};
+    CGroupMeegCxcFacezq m_group;
+};
+
+void expectSameValues(CSnsCohDatazq& a, CSnsCohDatazq& b) {
+    ASSERT_EQ(a.m_snsRowTotal, b.m_snsRowTotal);
+    ASSERT_EQ(a.m_snsColTotal, b.m_snsColTotal);
+    ASSERT_EQ(a.m_cohTimTotal, b.m_cohTimTotal);
+    for (__int64 r = 0; r < a.m_snsRowTotal; ++r) {
+        for (__int64 c = 0; c < a.m_snsColTotal; ++c) {
+            for (__int64 t = 0; t < a.m_cohTimTotal; ++t) {
+                const double one = test::cell(a, t, r, c);
+                const double other = test::cell(b, t, r, c);
+                EXPECT_EQ(std::memcmp(&one, &other, sizeof(one)), 0)
+                    << one << " and " << other << " at " << t << ", " << r << ", " << c;
+            }
+        }
+    }
+}
+
+TEST(AcrossDatasets, OneAfterAnotherGivesTheAverageToTheLastBit) {
+    Group group;
+    const int members = group.size();
+    CSnsCohDatazq sums;
+    sums.checkInitSnsCohData(5, 5, 7, true);
+    for (int i = 0; i < members; ++i)
+        cxc::addToSums(sums, group.member(i));
+    cxc::sumsToMeans(sums, members);
+    ASSERT_EQ((*group).averageAll(), members + 1);
+    expectSameValues(sums, group.member(members));
+}
+
+TEST(AcrossDatasets, OneAfterAnotherGivesTheSummaryToTheLastBit) {
+    Group group;
+    const int members = group.size();
+    CSnsCohDatazq minimum;
+    CSnsCohDatazq mean;
+    CSnsCohDatazq maximum;
+    for (CSnsCohDatazq* const result : {&minimum, &mean, &maximum})
+        result->checkInitSnsCohData(5, 5, 7, true);
+    for (int i = 0; i < members; ++i) {
+        cxc::addToSums(mean, group.member(i));
+        cxc::takeExtremes(minimum, maximum, group.member(i), i == 0);
+    }
+    cxc::sumsToMeans(mean, members);
+    ASSERT_EQ((*group).summaryAll(), members + 3);
+    expectSameValues(minimum, group.member(members));
+    expectSameValues(mean, group.member(members + 1));
+    expectSameValues(maximum, group.member(members + 2));
+}
+
+TEST(AcrossDatasets, ADatasetLargerThanTheResultIsCutOff) {
+    CSnsCohDatazq sums;
+    sums.checkInitSnsCohData(2, 2, 2, true);
+    CSnsCohDatazq large;
+    test::fill(large, 3, 5, 4);
+    cxc::addToSums(sums, large);
+    EXPECT_EQ(test::cell(sums, 1, 1, 1), test::cellValue(1, 1, 1));
+}
+
+TEST(AcrossDatasets, HostileDatasetsStayInsideWhatIsThere) {
+    for (const test::HostileDataset& hostile : test::hostileDatasets()) {
+        SCOPED_TRACE(hostile.name);
+        CSnsCohDatazq dataset;
+        hostile.make(dataset);
+        CSnsCohDatazq sums;
+        CSnsCohDatazq most;
+        sums.checkInitSnsCohData(4, 4, 3, true);
+        most.checkInitSnsCohData(4, 4, 3, true);
+        cxc::addToSums(sums, dataset);
+        cxc::takeExtremes(sums, most, dataset, true);
+        EXPECT_EQ(test::cell(sums, 2, 3, 3), 0.0);
+    }
+}
+
+TEST(AcrossDatasets, TheMeanOfOneIsItsSum) {
+    CSnsCohDatazq sums;
+    test::fill(sums, 2, 2, 2);
+    cxc::sumsToMeans(sums, 1);
+    EXPECT_EQ(test::cell(sums, 1, 0, 1), test::cellValue(1, 0, 1));
+    cxc::sumsToMeans(sums, 2);
+    EXPECT_EQ(test::cell(sums, 1, 0, 1), test::cellValue(1, 0, 1) / 2.0);
+}
+
+}  // namespace

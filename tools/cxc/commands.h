@@ -1,0 +1,35 @@
+// The commands: each adds itself to the parser and runs when it was chosen.
+#pragma once
+
+#include "tools/cxc/console.h"
+
+#include <CLI/CLI.hpp>
+
+#include <string>
+#include <vector>
+
+namespace tool {
+
+/// The exit code that the chosen command leaves where nothing was thrown.
+struct Outcome {
+    int code = done;
+};
+
+void addInfo(CLI::App& app, const Console& console);
+void addVerify(CLI::App& app, const Console& console, Outcome& outcome);
+void addExport(CLI::App& app, const Console& console);
+void addConvert(CLI::App& app, const Console& console);
+void addUpgrade(CLI::App& app, const Console& console);
+void addCombine(CLI::App& app, const Console& console);
+void addAverage(CLI::App& app, const Console& console);
+void addSummary(CLI::App& app, const Console& console);
+void addSelect(CLI::App& app, const Console& console);
+void addPack(CLI::App& app, const Console& console);
+void addUnpack(CLI::App& app, const Console& console);
+void addCompletion(CLI::App& app, const Console& console);
+
+/// Runs the command line `arguments` (without the program's name) and returns the exit code.
+/// `bars`: a person watches err.
+int run(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err, bool bars);
+
+}  // namespace tool

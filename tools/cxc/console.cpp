@@ -1,0 +1,73 @@
+#include "tools/cxc/console.h"
+
+#include <csignal>
+#include <cstdio>
+
+namespace tool {
+namespace {
+
+volatile std::sig_atomic_t g_interrupted = 0;
+
+void noteInterrupt(int) {
+    g_interrupted = 1;
+}
+
+}  // namespace
+
+void Console::warn(const std::string& text) const {
+    err << "cxc: warning: " << printable(text) << '\n';
+}
+
+std::string printable(const std::string& text) {
+    std::string safe;
+    for (const char c : text) {
+        const auto byte = static_cast<unsigned char>(c);
+        if (byte >= 0x20 && byte != 0x7f) {
+            safe += c;
+            continue;
+        }
+        char code[5];
+        std::snprintf(code, sizeof(code), "\\x%02x", byte);
+        safe += code;
+    }
+    return safe;
+}
+
+Progress::Progress(const Console& console, std::size_t total)
+    : m_console(console), m_total(total) {}
+
+Progress::~Progress() {
+    if (m_shown > 0) m_console.err << '\r' << std::string(m_shown, ' ') << '\r' << std::flush;
+}
+
+void Progress::next(const std::string& name) {
+    checkInterrupted();
+    ++m_begun;
+    if (!m_console.bars || m_total < 2) return;
+    constexpr std::size_t width = 30;
+    const std::size_t full = (m_begun - 1) * width / m_total;
+    std::string line = '[' + std::string(full, '#') + std::string(width - full, ' ') + "] " +
+                       std::to_string(m_begun) + '/' + std::to_string(m_total) + ' ' +
+                       printable(name);
+    constexpr std::size_t longest = 79;
+    if (line.size() > longest) line.resize(longest);
+    const std::size_t shown = line.size();
+    if (shown < m_shown) line.append(m_shown - shown, ' ');
+    m_shown = shown;
+    m_console.err << '\r' << line << std::flush;
+}
+
+void watchInterrupts() {
+    std::signal(SIGINT, noteInterrupt);
+    std::signal(SIGTERM, noteInterrupt);
+}
+
+void checkInterrupted() {
+    if (g_interrupted != 0) throw Interrupted();
+}
+
+void setInterrupted(bool value) {
+    g_interrupted = value ? 1 : 0;
+}
+
+}  // namespace tool

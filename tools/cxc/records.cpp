@@ -1,0 +1,283 @@
+#include "tools/cxc/records.h"
+
+#include "tools/cxc/app.h"
+#include "tools/cxc/console.h"
+
+#include <algorithm>
+#include <cctype>
+#include <cstring>
+#include <filesystem>
+#include <system_error>
+
+namespace fs = std::filesystem;
+
+namespace tool {
+namespace {
+
+constexpr UINT headBytes = 96;
+
+fs::path systemPath(const std::string& path) {
+#if defined(_WIN32)
+    return fs::u8path(path);
+#else
+    return fs::path(path);
+#endif
+}
+
+std::string toText(const fs::path& path) {
+#if defined(_WIN32)
+    return path.u8string();
+#else
+    return path.string();
+#endif
+}
+
+// Runs `work` and turns the framework's exceptions into an Error about `path`.
+template <class Work>
+auto about(const std::string& path, Work work) -> decltype(work()) {
+    try {
+        return work();
+    } catch (CFileException* e) {
+        const LONG code = e->m_lOsError;
+        e->Delete();
+        throw Error(path + ": " +
+                    (code > 0 ? std::system_category().message(static_cast<int>(code))
+                              : std::string("cannot be read or written")));
+    } catch (CMemoryException* e) {
+        e->Delete();
+        throw Error(path + ": not enough memory");
+    } catch (CArchiveException* e) {
+        const bool early = e->m_cause == CArchiveException::endOfFile;
+        e->Delete();
+        throw Error(path + (early ? ": the file ends early" : ": the file is damaged"));
+    } catch (const std::bad_alloc&) {
+        throw Error(path + ": not enough memory");
+    } catch (const fs::filesystem_error& e) {
+        throw Error(path + ": " + e.code().message());
+    }
+}
+
+struct Head {
+    unsigned char bytes[headBytes] = {};
+    UINT count = 0;
+};
+
+Head readHead(const std::string& path) {
+    return about(path, [&] {
+        if (fs::is_directory(systemPath(path))) throw Error(path + ": is a folder");
+        Head head;
+        CFile file(utf16(path), CFile::modeRead | CFile::shareDenyNone);
+        head.count = file.Read(head.bytes, headBytes);
+        return head;
+    });
+}
+
+template <class Number>
+Number numberAt(const Head& head, std::size_t at) {
+    Number number{};
+    if (at + sizeof(number) <= head.count) std::memcpy(&number, head.bytes + at, sizeof(number));
+    return number;
+}
+
+// The magic string, in either width of characters, and where it ends.
+std::string magicOf(const Head& head, std::size_t& end) {
+    const bool wide = head.count > 3 && std::memcmp(head.bytes, "\xFF\xFE\xFF", 3) == 0;
+    const std::size_t begin = wide ? 4 : 1;
+    const std::size_t length = head.bytes[begin - 1];
+    const std::size_t width = wide ? 2 : 1;
+    end = begin + length * width;
+    std::string magic;
+    for (std::size_t i = begin; i < end && end <= head.count; i += width)
+        magic += static_cast<char>(head.bytes[i]);
+    return magic;
+}
+
+Heading headingIn(const Head& head, const std::string& path, std::size_t& end) {
+    const std::string magic = magicOf(head, end);
+    const auto version = numberAt<DWORD>(head, end);
+    end += sizeof(version);
+    if (magic == "MEGCOHPTS") return {Kind::dataset, version};
+    if (magic == "SNSCOHFACE") return {Kind::package, version};
+    if (magic == "GROUPCXCDATAFACE") return {Kind::group, version};
+    throw Error(path +
+                (head.count == 0 ? ": the file is empty" : ": is no dataset, package or group"));
+}
+
+// Reads one record and returns the bytes behind it.
+template <class Object>
+unsigned long long load(Object& object, const std::string& path) {
+    return about(path, [&] {
+        CFile file(utf16(path), CFile::modeRead | CFile::shareDenyWrite);
+        CArchive archive(&file, CArchive::load);
+        const int result = object.serialize(archive);
+        archive.Close();
+        if (result == 0)
+            throw Error(path + ": " +
+                        lastMessage("there is not enough memory, or the sizes in the "
+                                    "file cannot be true"));
+        return static_cast<unsigned long long>(file.GetLength()) -
+               static_cast<unsigned long long>(file.GetPosition());
+    });
+}
+
+// A name beside `path` that nothing has.
+fs::path draftBeside(const fs::path& path) {
+    for (int n = 0;; ++n) {
+        fs::path draft = path;
+        draft += "." + std::to_string(n) + ".part";
+        if (!fs::exists(fs::symlink_status(draft))) return draft;
+    }
+}
+
+}  // namespace
+
+const char* nameOf(Kind kind) {
+    switch (kind) {
+        case Kind::dataset:
+            return "dataset";
+        case Kind::package:
+            return "package";
+        case Kind::group:
+            break;
+    }
+    return "group";
+}
+
+Heading headingOf(const std::string& path) {
+    std::size_t end = 0;
+    return headingIn(readHead(path), path, end);
+}
+
+Sizes claimedSizes(const std::string& path) {
+    std::size_t end = 0;
+    const Head head = readHead(path);
+    const Heading heading = headingIn(head, path, end);
+    if (heading.kind != Kind::dataset)
+        throw Error(path + ": is a " + nameOf(heading.kind) + ", not a dataset");
+    // Older layouts begin otherwise; they are read for their sizes.
+    if (heading.version < 20130402 || end + 60 > head.count) {
+        const auto dataset = openDataset(path);
+        return {dataset->m_cohTimTotal, dataset->m_snsRowTotal, dataset->m_snsColTotal};
+    }
+    return {numberAt<__int64>(head, end + 4), numberAt<__int64>(head, end + 44),
+            numberAt<__int64>(head, end + 52)};
+}
+
+void GroupReleaser::operator()(CGroupMeegCxcFacezq* group) const {
+    if (group == nullptr) return;
+    group->cleanSnsCohPkg();
+    delete group;
+}
+
+Record::Record(const std::string& path) : m_path(path), m_heading(headingOf(path)) {
+    switch (m_heading.kind) {
+        case Kind::dataset:
+            m_dataset = std::make_unique<CSnsCohDatazq>();
+            m_trailing = load(*m_dataset, path);
+            return;
+        case Kind::package:
+            m_package = std::make_unique<CSnsCohFacezq>();
+            m_trailing = load(*m_package, path);
+            return;
+        case Kind::group:
+            m_group.reset(new CGroupMeegCxcFacezq);
+            m_trailing = load(*m_group, path);
+            return;
+    }
+}
+
+std::vector<Member> Record::members() const {
+    std::vector<Member> members;
+    const auto add = [&](CSnsCohDatazq* dataset, const std::string& label) {
+        if (dataset != nullptr) members.push_back({dataset, label});
+    };
+    add(m_dataset.get(), "");
+    if (m_package != nullptr) {
+        add(m_package->m_cohActive, "active");
+        add(m_package->m_cohControl, "control");
+        add(m_package->m_cohActCtl, "act-ctl");
+    }
+    if (m_group != nullptr) {
+        for (INT_PTR i = 0; i < m_group->m_cohDatasets.GetSize(); ++i)
+            add(m_group->getCoherenceData(static_cast<int>(i)), std::to_string(i));
+    }
+    return members;
+}
+
+std::unique_ptr<CSnsCohDatazq> openDataset(const std::string& path) {
+    Record record(path);
+    if (record.dataset() == nullptr)
+        throw Error(path + ": is a " + nameOf(record.heading().kind) + ", not a dataset");
+    return record.takeDataset();
+}
+
+void requireFree(const std::string& path, bool force) {
+    about(path, [&] {
+        const fs::path named = systemPath(path);
+        const bool exists = fs::exists(named);
+        if (exists && !fs::is_regular_file(named)) throw Error(path + ": is not a file");
+        if (exists && !force) throw Error(path + ": exists already; --force replaces it");
+        const fs::path folder = named.parent_path();
+        if (!folder.empty() && !fs::is_directory(folder))
+            throw Error(path + ": there is no such folder");
+    });
+}
+
+void writeWhole(const std::string& path, bool force, const std::function<void(CFile&)>& write) {
+    requireFree(path, force);
+    about(path, [&] {
+        const fs::path named = systemPath(path);
+        const bool exists = fs::exists(named);
+        const fs::path target = exists ? fs::canonical(named) : named;
+        const fs::path draft = draftBeside(target);
+        try {
+            CFile file(utf16(toText(draft)), CFile::modeCreate | CFile::modeWrite);
+            if (exists) fs::permissions(draft, fs::status(target).permissions());
+            write(file);
+            file.Flush();
+            file.Close();
+            checkInterrupted();
+            fs::rename(draft, target);
+        } catch (...) {
+            std::error_code ignored;
+            fs::remove(draft, ignored);
+            throw;
+        }
+    });
+}
+
+template <class Object>
+void saveRecord(Object& object, const std::string& path, bool force) {
+    writeWhole(path, force, [&](CFile& file) {
+        CArchive archive(&file, CArchive::store);
+        try {
+            if (object.serialize(archive) == 0)
+                throw Error(path + ": " + lastMessage("cannot be stored"));
+            archive.Close();
+        } catch (...) {
+            archive.Abort();
+            throw;
+        }
+    });
+}
+
+template void saveRecord(CSnsCohDatazq& object, const std::string& path, bool force);
+template void saveRecord(CSnsCohFacezq& object, const std::string& path, bool force);
+template void saveRecord(CGroupMeegCxcFacezq& object, const std::string& path, bool force);
+
+std::string stemOf(const std::string& path) {
+    return toText(systemPath(path).stem());
+}
+
+std::string endingOf(const std::string& path) {
+    std::string ending = toText(systemPath(path).extension());
+    std::transform(ending.begin(), ending.end(), ending.begin(),
+                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    return ending;
+}
+
+std::string inFolder(const std::string& folder, const std::string& name) {
+    return toText(systemPath(folder) / systemPath(name));
+}
+
+}  // namespace tool

@@ -1,0 +1,152 @@
+#include "tools/cxc/app.h"
+#include "tools/cxc/commands.h"
+#include "tools/cxc/describe.h"
+#include "tools/cxc/records.h"
+
+#include <algorithm>
+#include <charconv>
+#include <memory>
+
+namespace tool {
+namespace {
+
+struct Options {
+    std::string in;
+    std::string out;
+    std::string slices;
+    std::string sensors;
+    std::string rows;
+    std::string columns;
+    bool force = false;
+};
+
+struct Span {
+    __int64 first;
+    __int64 last;
+};
+
+__int64 numberIn(const std::string& text, const std::string& whole) {
+    __int64 number = 0;
+    const auto end = std::from_chars(text.data(), text.data() + text.size(), number);
+    if (end.ec != std::errc() || end.ptr != text.data() + text.size())
+        throw CLI::ValidationError("\"" + whole + "\" is no list such as 1,3,5-8");
+    return number;
+}
+
+Span spanIn(const std::string& text, const std::string& whole) {
+    const std::size_t dash = text.find('-');
+    if (dash == std::string::npos) {
+        const __int64 only = numberIn(text, whole);
+        return {only, only};
+    }
+    return {numberIn(text.substr(0, dash), whole), numberIn(text.substr(dash + 1), whole)};
+}
+
+// "1,3,5-8", all inside first..last, each once. Without a text all of them.
+std::vector<__int64> listOf(const std::string& text, const char* what, __int64 first,
+                            __int64 last) {
+    std::vector<__int64> list;
+    std::size_t begin = 0;
+    while (!text.empty() && begin <= text.size()) {
+        const std::size_t end = std::min(text.find(',', begin), text.size());
+        const Span span = spanIn(text.substr(begin, end - begin), text);
+        if (span.first < first || span.last > last || span.first > span.last)
+            throw Error(std::string(what) + " " + text + ": there are " + std::to_string(first) +
+                        " to " + std::to_string(last));
+        for (__int64 i = span.first; i <= span.last; ++i) {
+            if (std::find(list.begin(), list.end(), i) != list.end())
+                throw Error(std::string(what) + " " + text + ": " + std::to_string(i) + " twice");
+            list.push_back(i);
+        }
+        begin = end + 1;
+    }
+    for (__int64 i = first; text.empty() && i <= last; ++i)
+        list.push_back(i);
+    return list;
+}
+
+// The fields of `source` without its values.
+std::unique_ptr<CSnsCohDatazq> fieldsOf(const CSnsCohDatazq& source) {
+    auto made = std::make_unique<CSnsCohDatazq>();
+    *made = source;
+    // The grid stays with the source.
+    made->m_mCC = nullptr;
+    made->cleanSnsCohData();
+    return made;
+}
+
+void copyPair(CWavChnlChnlDatazq& made, const CWavChnlChnlDatazq& from, const Span& slices) {
+    made.m_chnlA = from.m_chnlA;
+    made.m_chnlB = from.m_chnlB;
+    made.m_pairFlag = from.m_pairFlag;
+    const __int64 have = from.m_data == nullptr ? 0 : from.m_size;
+    for (__int64 t = slices.first; t <= std::min(slices.last, have - 1); ++t)
+        made.m_data[t - slices.first] = from.m_data[t];
+}
+
+void describe(CSnsCohDatazq& made, CSnsCohDatazq& source, const Span& slices,
+              const Options& options) {
+    if (source.m_samplingRate > 0.0) {
+        made.m_anaLatencyBegin = source.getLatency4PtSecond(slices.first);
+        made.m_anaLatencyEnd -=
+            static_cast<double>(source.m_cohTimTotal - 1 - slices.last) / source.m_samplingRate;
+    }
+    made.m_headerLong2 = made.m_cohTimTotal;
+    made.setSelect(0, made.m_cohTimTotal - 1);
+    std::string text = "Selected from " + options.in + ": slices " + std::to_string(slices.first) +
+                       " to " + std::to_string(slices.last);
+    if (!options.sensors.empty()) text += ", sensors " + options.sensors;
+    if (!options.rows.empty()) text += ", rows " + options.rows;
+    if (!options.columns.empty()) text += ", columns " + options.columns;
+    addToNote(made, text);
+    made.checkDataRange();
+}
+
+void select(const Options& options, const Console& console) {
+    const auto source = openDataset(options.in);
+    const Shape shape = shapeOf(*source);
+    if (shape.slices < 1 || shape.rows < 1 || shape.columns < 1)
+        throw Error(options.in + ": holds no values");
+    Span slices = {0, shape.slices - 1};
+    if (!options.slices.empty()) slices = spanIn(options.slices, options.slices);
+    if (slices.first < 0 || slices.last >= shape.slices || slices.first > slices.last)
+        throw Error(options.in + ": slices " + options.slices + ": there are 0 to " +
+                    std::to_string(shape.slices - 1));
+    const std::string& rowText = options.rows.empty() ? options.sensors : options.rows;
+    const std::string& columnText = options.columns.empty() ? options.sensors : options.columns;
+    const auto rows = listOf(rowText, "rows", 1, shape.rows);
+    const auto columns = listOf(columnText, "columns", 1, shape.columns);
+
+    const auto made = fieldsOf(*source);
+    if (made->checkInitSnsCohData(static_cast<__int64>(rows.size()),
+                                  static_cast<__int64>(columns.size()),
+                                  slices.last - slices.first + 1, true) == 0)
+        throw Error(options.out + ": not enough memory");
+    for (std::size_t r = 0; r < rows.size(); ++r) {
+        checkInterrupted();
+        for (std::size_t c = 0; c < columns.size(); ++c)
+            copyPair(made->m_mCC[r][c], pairOf(*source, rows[r] - 1, columns[c] - 1), slices);
+    }
+    describe(*made, *source, slices, options);
+    saveRecord(*made, options.out, options.force);
+    console.out << printable(options.out) << ": " << sizeOf(*made) << '\n';
+}
+
+}  // namespace
+
+void addSelect(CLI::App& app, const Console& console) {
+    auto options = std::make_shared<Options>();
+    CLI::App* const command =
+        app.add_subcommand("select", "Some slices and pairs of a dataset, as a dataset");
+    command->add_option("FILE", options->in, "Dataset")->required();
+    command->add_option("-o,--output", options->out, "The result")->required();
+    command->add_option("--slices", options->slices, "FIRST-LAST, both included, from 0");
+    command->add_option("--sensors", options->sensors,
+                        "Rows and columns, from 1, such as 1,3,5-8, in this order");
+    command->add_option("--rows", options->rows, "Row sensors, where they are not the columns'");
+    command->add_option("--columns", options->columns, "Column sensors");
+    command->add_flag("--force", options->force, "Replace an existing output");
+    command->callback([options, &console] { select(*options, console); });
+}
+
+}  // namespace tool
