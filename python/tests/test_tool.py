@@ -1,0 +1,168 @@
+"""The program cxc as a process: interrupts, pipes, full disks, terminals, memory."""
+
+import json
+import os
+import pty
+import resource
+import signal
+import subprocess
+import time
+
+import numpy as np
+import pytest
+
+import cxc
+
+TOOL = os.environ["CXC_TOOL"]
+
+
+@pytest.fixture()
+def files(tmp_path):
+    random = np.random.default_rng(3)
+    paths = []
+    for i in range(3):
+        path = tmp_path / f"s{i}.cxc"
+        values = random.random((4, 5, 5))
+        cxc.Dataset.from_array(values, band=(8, 13), name=f"S{i}").save(path)
+        paths.append(str(path))
+    return paths
+
+
+def run(*arguments, **options):
+    return subprocess.run(
+        [TOOL, *arguments], capture_output=True, encoding="utf-8", errors="surrogateescape",
+        **options,
+    )  # fmt: skip
+
+
+def test_the_average_is_that_of_numpy(files, tmp_path):
+    out = tmp_path / "mean.cxc"
+    assert run("average", *files, "-o", out).returncode == 0
+    arrays = [cxc.open(path).to_array() for path in files]
+    expected = (((0.0 + arrays[0]) + arrays[1]) + arrays[2]) / 3
+    np.testing.assert_array_equal(cxc.open(out).to_array(), expected)
+
+
+def test_the_summary_is_that_of_numpy(files, tmp_path):
+    assert run("summary", *files, "-o", tmp_path / "s.cxc").returncode == 0
+    arrays = np.array([cxc.open(path).to_array() for path in files])
+    for what, expected in [("min", arrays.min(0)), ("max", arrays.max(0))]:
+        made = cxc.open(tmp_path / f"s_{what}.cxc").to_array()
+        np.testing.assert_array_equal(made, expected)
+
+
+def test_info_is_json_that_other_programs_read(files):
+    told = json.loads(run("info", "--json", *files).stdout)
+    assert [entry["datasets"][0]["name"] for entry in told] == ["S0", "S1", "S2"]
+    assert told[0]["datasets"][0]["slices"] == 4
+
+
+def test_csv_holds_every_digit(files, tmp_path):
+    out = tmp_path / "a.csv"
+    assert run("export", files[0], "--format", "csv", "-o", out).returncode == 0
+    table = np.genfromtxt(out, delimiter=",", names=True)
+    values = cxc.open(files[0]).to_array()
+    slices, rows, columns = (table[name].astype(int) for name in ("slice", "row", "column"))
+    np.testing.assert_array_equal(values[slices, rows - 1, columns - 1], table["value"])
+    assert len(table) == values.size
+
+
+def test_an_interrupt_ends_the_work_and_leaves_nothing(tmp_path):
+    path = tmp_path / "large.cxc"
+    cxc.Dataset.from_array(np.zeros((200, 100, 100))).save(path)
+    out = tmp_path / "mean.cxc"
+    work = subprocess.Popen(
+        [TOOL, "average", *[path] * 3000, "-o", out], stderr=subprocess.PIPE, text=True
+    )
+    time.sleep(0.5)
+    work.send_signal(signal.SIGINT)
+    _, err = work.communicate(timeout=60)
+    assert (work.returncode, err) == (130, "cxc: interrupted\n")
+    assert os.listdir(tmp_path) == ["large.cxc"]
+
+
+def test_nobody_reads_the_output(files):
+    read, write = os.pipe()
+    os.close(read)
+    result = subprocess.run([TOOL, "info", *files], stdout=write, stderr=subprocess.PIPE)
+    os.close(write)
+    assert result.returncode in (1, -signal.SIGPIPE)
+
+
+def test_an_output_on_a_full_device_is_an_error(files):
+    with open("/dev/full", "w") as full:
+        result = subprocess.run(
+            [TOOL, "info", *files], stdout=full, stderr=subprocess.PIPE, text=True
+        )
+    assert (result.returncode, result.stderr) == (1, "cxc: the output cannot be written\n")
+
+
+def test_a_full_disk_keeps_the_existing_output(files, tmp_path):
+    out = tmp_path / "mean.cxc"
+    out.write_bytes(b"kept")
+
+    def no_room():
+        signal.signal(signal.SIGXFSZ, signal.SIG_IGN)
+        resource.setrlimit(resource.RLIMIT_FSIZE, (1000, 1000))
+
+    result = run("average", *files, "-o", out, "--force", preexec_fn=no_room)
+    assert result.returncode == 1
+    assert result.stderr.count("\n") == 1 and "mean.cxc: " in result.stderr
+    assert out.read_bytes() == b"kept"
+    assert sorted(os.listdir(tmp_path)) == ["mean.cxc", "s0.cxc", "s1.cxc", "s2.cxc"]
+
+
+def test_an_output_that_is_replaced_keeps_its_permissions_and_its_link(files, tmp_path):
+    real = tmp_path / "real.cxc"
+    real.write_bytes(b"old")
+    real.chmod(0o640)
+    link = tmp_path / "link.cxc"
+    link.symlink_to(real)
+    assert run("average", *files, "-o", link, "--force").returncode == 0
+    assert link.is_symlink()
+    assert real.stat().st_mode & 0o777 == 0o640
+    assert len(cxc.open(real)) == 4
+
+
+def test_a_terminal_sees_a_bar_and_a_pipe_does_not(files, tmp_path):
+    assert run("average", *files, "-o", tmp_path / "a.cxc").stderr == ""
+    mine, its = pty.openpty()
+    subprocess.run(
+        [TOOL, "average", *files, "-o", tmp_path / "b.cxc"], stderr=its, stdout=subprocess.PIPE
+    )
+    os.close(its)
+    shown = os.read(mine, 10000).decode()
+    os.close(mine)
+    assert "] 2/3 " in shown
+    assert shown.endswith("\r")
+
+
+def test_memory_is_that_of_the_result_and_one_dataset(tmp_path):
+    values = np.zeros((100, 120, 120))
+    path = tmp_path / "a.cxc"
+    cxc.Dataset.from_array(values).save(path)
+
+    def peak(*arguments):
+        work = subprocess.Popen([TOOL, *arguments], stdout=subprocess.DEVNULL)
+        _, status, usage = os.wait4(work.pid, 0)
+        work.returncode = os.waitstatus_to_exitcode(status)
+        assert work.returncode == 0
+        return usage.ru_maxrss * 1024
+
+    one = values.nbytes + 64 * 120 * 120 + 16 * 120 * 120
+    resting = peak("--version")
+    assert peak("average", *[path] * 30, "-o", tmp_path / "m.cxc") - resting < 2.25 * one
+
+
+def test_an_address_of_bytes_that_are_no_text(tmp_path, files):
+    odd = os.fsencode(tmp_path) + b"/odd\xff.cxc"
+    assert run("average", *files, "-o", odd).returncode == 0
+    assert run("verify", odd).returncode == 0
+
+
+def test_bash_takes_the_completion(tmp_path):
+    script = 'eval "$($0 completion bash)"; COMP_WORDS=(cxc se); COMP_CWORD=1; _cxc; '
+    result = subprocess.run(
+        ["bash", "-c", script + 'echo "${COMPREPLY[@]}"', TOOL], capture_output=True, text=True
+    )
+    assert result.stdout == "select\n"
