@@ -6,7 +6,10 @@
 #include "cxcdata/two_doubles.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cstddef>
+#include <exception>
+#include <thread>
 #include <type_traits>
 
 namespace cxc {
@@ -97,15 +100,85 @@ bool makeVectors(CWavChnlChnlDatazq* vectors, __int64 columns, __int64 nTim) {
     return true;
 }
 
-// The arrays of a few pairs are made and filled before the next ones: each is written once.
-bool fillRow(Row<const double> row, CWavChnlChnlDatazq* vectors, __int64 cols, __int64 nTim) {
+void fillRow(Row<const double> row, CWavChnlChnlDatazq* vectors, __int64 cols, __int64 nTim) {
     for (__int64 c = 0; c < cols; c += fillColumns) {
         const __int64 columns = std::min(fillColumns, cols - c);
-        if (!makeVectors(vectors + c, columns, nTim)) return false;
         fillVectors({row.first + c, row.stride}, vectors + c, columns, nTim);
     }
-    return true;
 }
+
+// A grid under construction, filled by two threads: one makes the arrays of row after row, which
+// the other fills behind it; then both fill what is left. Making an array for each pair takes as
+// long as filling it.
+class Filling {
+public:
+    Filling(CWavChnlChnlDatazq** table, const double* values, __int64 nTim)
+        : m_table(table),
+          m_values(values),
+          m_rows(grid::rows(table)),
+          m_cols(grid::cols(table)),
+          m_nTim(nTim) {}
+
+    /// Whether there was memory.
+    bool run() {
+        std::thread helper = isLarge() ? newHelper() : std::thread();
+        const bool made = makeRows();
+        if (made)
+            fillRows();
+        else
+            m_failed = true;
+        if (helper.joinable()) helper.join();
+        return made;
+    }
+
+private:
+    bool isLarge() const {
+        // Fewer values are filled before a thread has started.
+        constexpr double least = 1 << 20;
+        return static_cast<double>(m_rows) * static_cast<double>(m_cols) *
+                   static_cast<double>(m_nTim) >
+               least;
+    }
+
+    // None where the system refuses one: then the work is done by this thread alone.
+    std::thread newHelper() {
+        try {
+            return std::thread([this] { fillRows(); });
+        } catch (const std::exception&) {
+            return {};
+        }
+    }
+
+    bool makeRows() {
+        const grid::HeapReserve reserve(m_rows, m_cols, m_nTim);
+        for (__int64 r = 0; r < m_rows; ++r) {
+            reserve.beforeRow(r);
+            if (!grid::newRow(m_table, r) || !makeVectors(m_table[r], m_cols, m_nTim)) return false;
+            m_made.store(r + 1, std::memory_order_release);
+        }
+        return true;
+    }
+
+    // Fills rows that no thread has taken, waiting for those that are not made yet.
+    void fillRows() {
+        for (__int64 r = m_next++; r < m_rows; r = m_next++) {
+            while (m_made.load(std::memory_order_acquire) <= r) {
+                if (m_failed) return;
+                std::this_thread::yield();
+            }
+            fillRow({m_values + r * m_cols, m_rows * m_cols}, m_table[r], m_cols, m_nTim);
+        }
+    }
+
+    CWavChnlChnlDatazq** const m_table;
+    const double* const m_values;
+    const __int64 m_rows;
+    const __int64 m_cols;
+    const __int64 m_nTim;
+    std::atomic<__int64> m_made{0};  // rows whose arrays are there
+    std::atomic<__int64> m_next{0};  // the first row that nobody has taken
+    std::atomic<bool> m_failed{false};
+};
 
 // Slices begin..end-1 of `columns` vectors into the array; all of them hold that many.
 void copyVectors(const grid::Values* vectors, Row<double> row, __int64 columns, __int64 begin,
@@ -176,13 +249,7 @@ int datasetFromArray(CSnsCohData& dataset, const double* values, __int64 nTim, _
     if (values == nullptr || nTim < 1 || rows < 1 || cols < 1 || !gridFitsMemory(rows, cols, nTim))
         return 0;
     grid::Owner made(grid::newTable(rows, cols));
-    const grid::HeapReserve reserve(rows, cols, nTim);
-    for (__int64 r = 0; r < rows; ++r) {
-        reserve.beforeRow(r);
-        if (!grid::newRow(made.get(), r) || !fillRow({values + r * cols, rows * cols},
-                                                     made[static_cast<std::size_t>(r)], cols, nTim))
-            return 0;
-    }
+    if (made == nullptr || !Filling(made.get(), values, nTim).run()) return 0;
     dataset.m_mCC = made.release();
     dataset.m_snsRowTotal = rows;
     dataset.m_snsColTotal = cols;

@@ -50,6 +50,33 @@ TEST(ArrayExchange, EveryValueReachesItsPairAndSliceAndComesBack) {
     }
 }
 
+// Large enough for a second thread.
+const Shape large{16, 261, 257};
+
+TEST(ArrayExchange, TwoThreadsFillALargeGridWhole) {
+    const Values values = arrayOf(large);
+    for (int round = 0; round < 20; ++round) {
+        CSnsCohDatazq dataset;
+        ASSERT_EQ(cxc::datasetFromArray(dataset, values.data(), large.nTim, large.rows, large.cols),
+                  1);
+        Values back(large.size(), -1.0);
+        cxc::arrayFromDataset(dataset, back.data());
+        ASSERT_EQ(back, values);
+    }
+}
+
+TEST(ArrayExchange, RefusedMemoryEndsBothThreads) {
+    const Values values = arrayOf(large);
+    for (const int n : {1, 2, 3, 259, 260, 30000, 67078, 67339}) {
+        CSnsCohDatazq dataset;
+        const FailingMemory failing(n, true);
+        EXPECT_EQ(cxc::datasetFromArray(dataset, values.data(), large.nTim, large.rows, large.cols),
+                  0)
+            << n;
+        EXPECT_EQ(dataset.m_mCC, nullptr) << n;
+    }
+}
+
 TEST(ArrayExchange, TheNewGridIsSelectedWholeAndTheDescriptionStays) {
     const Values values = arrayOf({2, 3, 5});
     CSnsCohDatazq dataset;
