@@ -1,0 +1,27 @@
+# Installs the built project into a folder of its own, builds the consumer against it and runs it.
+# Given: BUILD, SOURCE, WORK; TOOLCHAIN and EMULATOR for a cross build.
+file(REMOVE_RECURSE "${WORK}")
+function(run)
+  execute_process(COMMAND ${ARGV} RESULT_VARIABLE result OUTPUT_VARIABLE said ERROR_VARIABLE said)
+  if(NOT result EQUAL 0)
+    message(FATAL_ERROR "${ARGV}: ${result}\n${said}")
+  endif()
+endfunction()
+
+run("${CMAKE_COMMAND}" --install "${BUILD}" --prefix "${WORK}/installed")
+set(options -G Ninja "-DCMAKE_PREFIX_PATH=${WORK}/installed" "-DCMAKE_BUILD_TYPE=Release")
+if(TOOLCHAIN)
+  list(APPEND options "-DCMAKE_TOOLCHAIN_FILE=${TOOLCHAIN}"
+    "-Dcxc_DIR=${WORK}/installed/lib/cmake/cxc")
+endif()
+run("${CMAKE_COMMAND}" -S "${SOURCE}" -B "${WORK}/build" ${options})
+run("${CMAKE_COMMAND}" --build "${WORK}/build")
+if(EMULATOR)
+  # A toolchain looks for packages in its own folder only; DLLs are looked for beside the program.
+  file(COPY "${WORK}/build/consumer.exe" DESTINATION "${WORK}/installed/bin")
+  run("${CMAKE_COMMAND}" -E chdir "${WORK}" ${EMULATOR} "${WORK}/installed/bin/consumer.exe")
+else()
+  run("${CMAKE_COMMAND}" -E chdir "${WORK}" "${WORK}/build/consumer")
+  # The installed program finds its libraries from where it stands.
+  run("${WORK}/installed/bin/cxc" verify "${WORK}/consumer.cxc")
+endif()
