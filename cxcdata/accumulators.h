@@ -44,11 +44,17 @@ struct Range {
 };
 
 template <class Number>
-struct MagnitudeRange : Range<Number> {
+struct MagnitudeRange {
     static constexpr Kind kind = Kind::magnitudeRange;
+    static constexpr int fields = 2;
+    std::array<Number, fields> field = {};  // least, greatest
 
-    void start(Number value) { Range<Number>::start(magnitude(value)); }
-    void add(Number value) { Range<Number>::add(magnitude(value)); }
+    void start(Number value) { field = {magnitude(value), magnitude(value)}; }
+    void add(Number value) {
+        field[0] = lowered(field[0], magnitude(value));
+        field[1] = raised(field[1], magnitude(value));
+    }
+    static constexpr std::array<double, fields> nothing = Range<double>::nothing;
 };
 
 template <class Number>

@@ -23,8 +23,8 @@ Accumulator<double> nothingSeen() {
 }
 
 /// Takes the extremes of a later accumulator into `range`.
-template <class Later>
-void widen(Range<double>& range, const Later& later) {
+template <class Extremes, class Later>
+void widen(Extremes& range, const Later& later) {
     range.field[0] = lowered(range.field[0], later.field[0]);
     range.field[1] = raised(range.field[1], later.field[1]);
 }

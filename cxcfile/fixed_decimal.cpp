@@ -152,7 +152,7 @@ TCHAR* writeFixedDecimal(TCHAR* to, double value) {
     if (shift == 64) return putNumber(to, 0, scaleFraction(mantissa).rounded());
     if (shift > 74) return putNumber(to, 0, 0);
     if (shift > 64) return putNumber(to, 0, scaleTiny(mantissa, shift).rounded());
-    if (shift >= -11) return putNumber(to, mantissa << -shift, 0);
+    if (shift <= 0 && shift >= -11) return putNumber(to, mantissa << -shift, 0);
     return putHuge(to, negative ? -value : value);
 }
 

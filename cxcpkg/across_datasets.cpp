@@ -151,7 +151,7 @@ private:
             take(m, c, Several<1>{pair.m_data}, std::min(member.slices, pair.m_size));
     }
 
-    Member m_members[most];
+    Member m_members[most] = {};
     int m_count = 0;
 };
 
