@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Passes every test: installs what is missing, then builds and tests each build.
 #   ./test.sh                 everything
-#   ./test.sh native|sanitized|windows|checks [...]   only these stages
+#   ./test.sh checks|native|analysis|sanitized|windows [...]   only these stages
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")"
 scripts/install-deps.sh
@@ -10,7 +10,7 @@ scripts/install-deps.sh
 trap 'scripts/wine-run.sh --stop' EXIT
 
 stages=("$@")
-[ ${#stages[@]} -gt 0 ] || stages=(checks native sanitized windows)
+[ ${#stages[@]} -gt 0 ] || stages=(checks native analysis sanitized windows)
 jobs=$(nproc)
 failed=()
 
@@ -40,6 +40,11 @@ for stage in "${stages[@]}"; do
     native) run_stage native linux ;;
     sanitized) run_stage sanitized linux-asan ;;
     windows) run_stage windows windows ;;
+    analysis)
+      echo "== analysis"
+      [ -f build/linux/compile_commands.json ] || cmake --preset linux >/dev/null
+      scripts/analyze.sh build/linux || failed+=(analysis)
+      ;;
     checks)
       echo "== checks"
       scripts/check.py || failed+=(checks)

@@ -16,7 +16,7 @@ namespace {
 constexpr __int64 mostEmptyLines = 10000000;
 
 // Largest piece of a block that is held in memory and written at once.
-constexpr __int64 mostCharacters = 8 * 1024 * 1024;
+constexpr __int64 mostCharacters = 1 << 23;
 
 // Writes texts, each ended by a zero character and followed by a flush of the file.
 class TextFile {

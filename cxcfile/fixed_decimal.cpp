@@ -26,8 +26,9 @@ struct DigitPairs {
 constexpr DigitPairs makeDigitPairs() {
     DigitPairs pairs = {};
     for (int n = 0; n < 100; ++n) {
-        pairs.text[2 * n] = static_cast<TCHAR>('0' + n / 10);
-        pairs.text[2 * n + 1] = static_cast<TCHAR>('0' + n % 10);
+        TCHAR* const pair = &pairs.text[n + n];
+        pair[0] = static_cast<TCHAR>('0' + n / 10);
+        pair[1] = static_cast<TCHAR>('0' + n % 10);
     }
     return pairs;
 }
@@ -35,7 +36,7 @@ constexpr DigitPairs makeDigitPairs() {
 constexpr DigitPairs digitPairs = makeDigitPairs();
 
 inline void putPair(TCHAR* to, std::uint32_t pair) {
-    std::memcpy(to, digitPairs.text + 2 * pair, 2 * sizeof(TCHAR));
+    std::memcpy(to, digitPairs.text + pair + pair, 2 * sizeof(TCHAR));
 }
 
 TCHAR* putText(TCHAR* to, const char* text) {

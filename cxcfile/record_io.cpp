@@ -7,7 +7,7 @@ namespace cxc {
 namespace {
 
 // The archive counts bytes in 32 bits, so long blocks pass in steps.
-constexpr __int64 stepBytes = 1024 * 1024;
+constexpr __int64 stepBytes = 1 << 20;
 
 void skip(CArchive& ar, UINT_PTR characters, int charSize) {
     BYTE bytes[4096];

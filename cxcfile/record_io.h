@@ -72,7 +72,7 @@ __int64 bytesLeft(CArchive& ar);
 /// The rule for sizes that stand in a file: memory above this many bytes is taken only when the
 /// file has shown that it is long enough for what is claimed. Smaller claims just fail where the
 /// data end.
-constexpr __int64 largestUnbackedClaim = 64 * 1024 * 1024;
+constexpr __int64 largestUnbackedClaim = 1 << 26;
 
 /// Whether the rest of the file has room for `count` elements of at least `storedBytes` each; true
 /// where it cannot tell.

@@ -222,7 +222,7 @@ private:
 
     // Columns of all results that stay in the fastest cache together.
     __int64 columnsAtOnce() const {
-        constexpr __int64 cacheBytes = 24 * 1024;
+        constexpr __int64 cacheBytes = 24 << 10;
         constexpr __int64 pairBytes = static_cast<__int64>(sizeof(CWavChnlChnlDatazq));
         constexpr __int64 valueBytes = static_cast<__int64>(sizeof(double));
         const __int64 bytes = pairBytes + valueBytes * std::min(m_from.slices, cacheBytes);

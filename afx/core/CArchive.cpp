@@ -36,6 +36,8 @@ CArchive::~CArchive() noexcept(false) {
             Close();
         } catch (...) {
             Abort();
+            // cppcheck-suppress exceptThrowInDestructor ; as the framework's own, where nothing
+            // unwinds
             throw;
         }
     }

@@ -313,9 +313,10 @@ void put(Text& out, const Directive& d, Arguments& arguments) {
 
 Text format(LPCTSTR format, va_list arguments) {
     Text out;
+    if (format == nullptr) return out;
     Arguments copy;
     va_copy(copy.list, arguments);
-    for (LPCTSTR at = format; at != nullptr && *at != 0;) {
+    for (LPCTSTR at = format; *at != 0;) {
         if (*at != '%') {
             out += *at++;
             continue;

@@ -12,7 +12,7 @@ int App::DoMessageBox(LPCTSTR text, UINT type, UINT) {
 std::string lastMessage(const std::string& otherwise) {
     auto* const app = dynamic_cast<App*>(AfxGetApp());
     if (app == nullptr || app->messages.empty()) return otherwise;
-    const std::string message = app->messages.back();
+    std::string message = app->messages.back();
     app->messages.clear();
     return message;
 }

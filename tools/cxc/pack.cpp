@@ -45,11 +45,11 @@ void packGroup(const Options& options, const Console& console) {
         Progress progress(console, options.files.size());
         for (const std::string& path : options.files) {
             progress.next(path);
-            auto dataset = openDataset(path);
-            if (group->setCohData(dataset.get(), static_cast<int>(group->getTotalCohDataset())) ==
-                0)
-                throw Error(path + ": not enough memory");
-            dataset.release();
+            const int end = static_cast<int>(group->getTotalCohDataset());
+            CSnsCohDatazq* const dataset = openDataset(path).release();
+            if (group->setCohData(dataset, end) == 1) continue;
+            delete dataset;
+            throw Error(path + ": not enough memory");
         }
     }
     group->m_curntCohDataSetID = 0;

@@ -1,0 +1,21 @@
+#!/usr/bin/env bash
+# The static checkers over the library, the framework subset and the tools; fails on any finding.
+#   scripts/analyze.sh BUILD    a configured native build, for how each source is compiled
+set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")/.."
+build=$1
+failed=0
+
+cppcheck -q -j "$(nproc)" --std=c++17 --enable=warning,performance,portability --inline-suppr \
+  --suppress=missingInclude --suppress=unknownMacro --error-exitcode=1 \
+  -I. -Iafx/include -DCXC_EXPORTS \
+  cxcdata cxcfile cxcpkg siblings/matrix tools afx/core afx/headless python/src || failed=1
+
+# The Windows counterparts of a source are not part of a native build.
+ls {cxcdata,cxcfile,cxcpkg,siblings/matrix,afx/core,afx/headless,tools/cxc}/*.cpp |
+  grep -v _win32.cpp |
+  xargs -P "$(nproc)" -n 3 clang-tidy -p "$build" --quiet 2>/dev/null |
+  grep -E '(warning|error):' | grep -v unknown-warning-option && failed=1
+
+[ "$failed" -eq 0 ] && echo "analyze: nothing found"
+exit "$failed"
