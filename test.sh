@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Passes every test: installs what is missing, then builds and tests each build.
 #   ./test.sh                 everything
-#   ./test.sh checks|native|analysis|sanitized|windows [...]   only these stages
+#   ./test.sh checks|native|analysis|coverage|sanitized|windows [...]   only these stages
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")"
 scripts/install-deps.sh
@@ -10,7 +10,7 @@ scripts/install-deps.sh
 trap 'scripts/wine-run.sh --stop' EXIT
 
 stages=("$@")
-[ ${#stages[@]} -gt 0 ] || stages=(checks native analysis sanitized windows)
+[ ${#stages[@]} -gt 0 ] || stages=(checks native analysis coverage sanitized windows)
 jobs=$(nproc)
 failed=()
 
@@ -44,6 +44,10 @@ for stage in "${stages[@]}"; do
       echo "== analysis"
       [ -f build/linux/compile_commands.json ] || cmake --preset linux >/dev/null
       scripts/analyze.sh build/linux || failed+=(analysis)
+      ;;
+    coverage)
+      echo "== coverage"
+      scripts/coverage.sh || failed+=(coverage)
       ;;
     checks)
       echo "== checks"

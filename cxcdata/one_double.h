@@ -4,7 +4,6 @@
 #include "cxcdata/accumulators.h"
 
 #include <array>
-#include <cmath>
 
 namespace cxc {
 
@@ -27,12 +26,6 @@ inline OneDouble operator+(OneDouble a, OneDouble b) {
 }
 inline OneDouble operator*(OneDouble a, OneDouble b) {
     return {a.only * b.only};
-}
-inline OneDouble operator/(OneDouble a, OneDouble b) {
-    return {a.only / b.only};
-}
-inline OneDouble squareRoot(OneDouble a) {
-    return {std::sqrt(a.only)};
 }
 inline OneDouble magnitude(OneDouble a) {
     return {pass::magnitude(a.only)};

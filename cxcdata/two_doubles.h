@@ -25,8 +25,6 @@ struct TwoDoubles {
 
     static TwoDoubles load(const double* source) { return TwoDoubles(_mm_loadu_pd(source)); }
     void store(double* target) const { _mm_storeu_pd(target, both); }
-    double first() const { return _mm_cvtsd_f64(both); }
-    double second() const { return _mm_cvtsd_f64(_mm_unpackhi_pd(both, both)); }
 
     /// Element t of each of two vectors.
     static TwoDoubles slice(const double* const* vectors, long long t) {
@@ -81,8 +79,6 @@ struct TwoDoubles {
         target[0] = one;
         target[1] = two;
     }
-    double first() const { return one; }
-    double second() const { return two; }
 
     /// Element t of each of two vectors.
     static TwoDoubles slice(const double* const* vectors, long long t) {
