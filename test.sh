@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Passes every test: installs what is missing, then builds and tests each build.
 #   ./test.sh                 everything
-#   ./test.sh checks|native|analysis|coverage|sanitized|windows [...]   only these stages
+#   ./test.sh checks|native|analysis|coverage|memcheck|sanitized|windows [...]   only these stages
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")"
 scripts/install-deps.sh
@@ -10,7 +10,7 @@ scripts/install-deps.sh
 trap 'scripts/wine-run.sh --stop' EXIT
 
 stages=("$@")
-[ ${#stages[@]} -gt 0 ] || stages=(checks native analysis coverage sanitized windows)
+[ ${#stages[@]} -gt 0 ] || stages=(checks native analysis coverage memcheck sanitized windows)
 jobs=$(nproc)
 failed=()
 
@@ -48,6 +48,10 @@ for stage in "${stages[@]}"; do
     coverage)
       echo "== coverage"
       scripts/coverage.sh || failed+=(coverage)
+      ;;
+    memcheck)
+      echo "== memcheck"
+      scripts/memcheck.sh build/linux || failed+=(memcheck)
       ;;
     checks)
       echo "== checks"

@@ -4,7 +4,7 @@
 set -euo pipefail
 
 packages=(
-  g++ clang libclang-rt-14-dev llvm-14 clang-format clang-tidy cppcheck
+  g++ clang libclang-rt-14-dev llvm-14 clang-format clang-tidy cppcheck valgrind
   cmake ninja-build git
   libgtest-dev googletest libbenchmark-dev libcli11-dev nlohmann-json3-dev
   g++-mingw-w64-x86-64-posix wine wine64 xvfb xauth
