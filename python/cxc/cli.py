@@ -118,6 +118,14 @@ def _parser() -> argparse.ArgumentParser:
     info.add_argument("file")
     info.set_defaults(run=_info)
 
+    convert = commands.add_parser(
+        "convert", help="a dataset to or from netCDF, MATLAB, CSV, GraphML, NumPy: by the endings"
+    )
+    convert.add_argument("source", help=".cxc, .nc, .mat, .npy or .npz")
+    convert.add_argument("target", help=".cxc, .nc, .mat, .csv, .graphml or .npz")
+    convert.add_argument("--force", action="store_true", help="replace an existing output")
+    convert.set_defaults(run=_convert)
+
     demo = commands.add_parser(
         "demo", help="recording, coherence, dataset, file, picture: the whole way"
     )
@@ -184,6 +192,13 @@ def _info(options: argparse.Namespace) -> None:
     print("computation:")
     for line in dataset.note.splitlines():
         print("  " + _printable(line))
+
+
+def _convert(options: argparse.Namespace) -> None:
+    from .exchange import convert
+
+    dataset = convert(options.source, options.target, overwrite=options.force)
+    print(f"{_printable(options.target)}: {describe(dataset)}")
 
 
 def _study(options: argparse.Namespace) -> None:
