@@ -3,14 +3,19 @@
 from __future__ import annotations
 
 import errno
+import html
 import os
-from typing import Sequence
+from typing import TYPE_CHECKING, Iterator, Sequence
 
 import numpy as np
 
 from . import _core
 from .files import whole_file
 from .forwarded import forwarded
+
+if TYPE_CHECKING:
+    import pandas
+    import xarray
 
 CHANNEL_TYPES = {0: "all", 1: "meg", 2: "eeg", 3: "meg+eeg"}
 
@@ -171,6 +176,113 @@ class Dataset:
         """A copy of the backup values of one pair; empty without a backup."""
         return self._core.backup(row, column)
 
+    def __iter__(self) -> Iterator[np.ndarray]:
+        """The slices in order, each a copy [row, column]."""
+        return iter(self.to_array())
+
+    def __getitem__(self, slices: int | slice | Sequence[int]) -> Dataset:
+        """A new dataset of some slices: `ds[3]`, `ds[2:5]`, `ds[[0, 2]]`. See `select`."""
+        return self.select(slices=slices)
+
+    def select(
+        self,
+        *,
+        slices: int | slice | Sequence[int] = slice(None),
+        time: tuple[float, float] | None = None,
+        sensors: Sequence[int | str] | None = None,
+        rows: Sequence[int | str] | None = None,
+        columns: Sequence[int | str] | None = None,
+    ) -> Dataset:
+        """A new dataset of some slices and sensors, in the order in which they are named.
+
+        Band, name, note, channel numbers and colours go along; all slices of the result are
+        selected. The latency is moved where the slices follow each other.
+
+        Args:
+            slices: indices from 0.
+            time: instead of `slices`: those with a latency from `time[0]` to `time[1]`, inclusive.
+            sensors: rows and columns: indices from 0, or names as in the note; all when None.
+            rows, columns: instead of `sensors`, where they are not the same.
+
+        Raises:
+            IndexError: there is no such slice or sensor, or nothing is left.
+        """
+        from .exchange import labels_of, times_of
+
+        picked = np.arange(len(self))[slices if not isinstance(slices, int) else [slices]]
+        if time is not None:
+            latencies = times_of(self)
+            picked = np.flatnonzero((latencies >= time[0]) & (latencies <= time[1]))
+        labels = labels_of(self)
+        row = _positions(sensors if rows is None else rows, self.shape[1], labels)
+        column = _positions(sensors if columns is None else columns, self.shape[2], labels)
+        if not (len(picked) and len(row) and len(column)):
+            raise IndexError("nothing is left of the dataset")
+        made = Dataset.from_array(
+            self.to_array()[np.ix_(picked, row, column)], sampling_rate=self.sampling_rate,
+            latency=self._latency_of(picked), band=self.band, name=self.name, note=self.note,
+            channel_type=self.channel_type,
+        )  # fmt: skip
+        if made.shape[1:] != self.shape[1:] or not np.array_equal(row, column):
+            kept = [labels[i] for i in row] if np.array_equal(row, column) else []
+            made.note = _with_sensors(self.note, kept)
+        made.channels_a = self.channels_a[np.ix_(row, column)]
+        made.channels_b = self.channels_b[np.ix_(row, column)]
+        made.basic_color, made.active_color = self.basic_color, self.active_color
+        made.suppressive_color = self.suppressive_color
+        return made
+
+    def _latency_of(self, picked: np.ndarray) -> tuple[float, float]:
+        if self.sampling_rate <= 0 or (np.diff(picked) != 1).any():
+            return self.latency
+        behind = (len(self) - 1 - int(picked[-1])) / self.sampling_rate
+        return self.latency_of(int(picked[0])), self.latency[1] - behind
+
+    def to_xarray(self) -> xarray.DataArray:
+        """A copy as an array with the dimensions time, row and column.
+
+        Coordinates: time (latency of each slice), row and column (names of the sensors),
+        row_channel and column_channel (numbers). Attributes: band_hz, slices_per_second, note.
+        """
+        import xarray
+
+        from .exchange import labels_of, times_of
+
+        labels = labels_of(self)
+        _, rows, columns = self.shape
+        square = rows == columns
+        return xarray.DataArray(
+            self.to_array(),
+            dims=("time", "row", "column"),
+            coords={
+                "time": times_of(self),
+                "row": labels,
+                "column": labels if square else [str(c + 1) for c in range(columns)],
+                "row_channel": ("row", self.channels_a[:, 0]),
+                "column_channel": ("column", self.channels_b[0, :]),
+            },
+            name=self.name or "coherence",
+            attrs={
+                "band_hz": self.band,
+                "slices_per_second": self.sampling_rate,
+                "channel_type": self.type_name,
+                "note": self.note,
+            },
+        )
+
+    def to_pandas(self) -> pandas.DataFrame:
+        """A table with a line for each slice of each pair: time, row, column, value.
+
+        Pairs row by row, the row sensor first, and the slices of each pair in order.
+        """
+        array = self.to_xarray().transpose("row", "column", "time")
+        names = [array.coords[name].values for name in ("row", "column", "time")]
+        import pandas
+
+        index = pandas.MultiIndex.from_product(names, names=["row", "column", "time"])
+        table = pandas.DataFrame({"value": array.values.ravel()}, index=index).reset_index()
+        return table[["time", "row", "column", "value"]]
+
     # -- description
 
     name = forwarded("name", "Name of the dataset.")
@@ -323,6 +435,28 @@ class Dataset:
     def __hash__(self) -> int:
         return id(self._core)
 
+    def _repr_html_(self) -> str:
+        """For notebooks: what the dataset is, and its range, as a table."""
+        slices, rows, columns = self.shape
+        low, high = self.band
+        begin, end = self.latency
+        lines = [
+            ("shape", f"{slices} slices x {rows} x {columns} sensors"),
+            ("band", f"{low:g} to {high:g} Hz"),
+            ("latency", f"{begin:g} to {end:g}, {self.sampling_rate:g} slices per second"),
+            ("sensors", self.type_name),
+            ("note", self.note),
+        ]
+        if self.header.has_grid():
+            least, most = self.range()
+            lines.insert(4, ("values", f"{least:g} to {most:g}"))
+        cells = "".join(
+            f'<tr><th style="text-align:left;vertical-align:top">{what}</th>'
+            f'<td style="text-align:left;white-space:pre-wrap">{html.escape(text)}</td></tr>'
+            for what, text in lines
+        )
+        return f"<table><caption>{html.escape(self.name)}</caption>{cells}</table>"
+
     def __repr__(self) -> str:
         slices, rows, columns = self.shape
         low, high = self.band
@@ -330,6 +464,31 @@ class Dataset:
             f"<cxc.Dataset {self.name!r}: {slices} slices x {rows} x {columns} sensors, "
             f"{low:g} to {high:g} Hz>"
         )
+
+
+def _positions(wanted, count: int, labels: list[str]) -> np.ndarray:
+    """Indices of the sensors that are named by index from 0 or by name."""
+    if wanted is None:
+        return np.arange(count)
+    found = []
+    for sensor in wanted:
+        if isinstance(sensor, str):
+            if sensor not in labels:
+                raise IndexError(f"there is no sensor {sensor!r}")
+            found.append(labels.index(sensor))
+        elif -count <= sensor < count:
+            found.append(sensor % count)
+        else:
+            raise IndexError(f"there is no sensor {sensor}; they count from 0 to {count - 1}")
+    return np.array(found, dtype=int)
+
+
+def _with_sensors(note: str, labels: list[str]) -> str:
+    """A computation note whose list of sensors is that of a part; without labels it is dropped."""
+    lines = [line for line in note.splitlines() if not line.startswith("Sensors: ")]
+    if labels:
+        lines.append("Sensors: " + ", ".join(f"{n} {text}" for n, text in enumerate(labels, 1)))
+    return "\n".join(lines)
 
 
 def open_dataset(path: str | os.PathLike) -> Dataset:
