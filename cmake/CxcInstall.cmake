@@ -69,8 +69,9 @@ if(MINGW)
 endif()
 if(TARGET _core)
   set(modules "lib/python3/dist-packages/cxc")
-  set_target_properties(_core PROPERTIES
-    INSTALL_RPATH "$ORIGIN/../../../../${CMAKE_INSTALL_LIBDIR}")
+  set(CXC_PYTHON_RPATH "$ORIGIN/../../../../${CMAKE_INSTALL_LIBDIR}" CACHE STRING
+    "Where the installed Python package looks for the libraries")
+  set_target_properties(_core PROPERTIES INSTALL_RPATH "${CXC_PYTHON_RPATH}")
   install(TARGETS _core LIBRARY DESTINATION "${modules}")
   install(DIRECTORY python/cxc/ DESTINATION "${modules}" FILES_MATCHING
     PATTERN "*.py" PATTERN "*.pyi" PATTERN "py.typed" PATTERN "__pycache__" EXCLUDE)

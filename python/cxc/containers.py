@@ -187,7 +187,8 @@ class Group(_Container):
 
     def summary(self) -> tuple[Dataset, Dataset, Dataset]:
         """Appends and returns minimum, mean and maximum of all datasets, sized as by `average`."""
-        return tuple(Dataset(core) for core in self._core.summarise())
+        minimum, mean, maximum = map(Dataset, self._core.summarise())
+        return minimum, mean, maximum
 
     def __repr__(self) -> str:
         return f"<cxc.Group {self.name!r}: {len(self)} datasets>"

@@ -209,7 +209,10 @@ def _bend(first: np.ndarray, second: np.ndarray) -> np.ndarray:
 
 def _head_order(labels: list[str]):
     """Left, right, front middle and back middle sensors; None unless all names are 10-20."""
-    left, right, top, bottom = [], [], [], []
+    left: list[tuple[int, int, int]] = []
+    right: list[tuple[int, int, int]] = []
+    top: list[tuple[int, int, int]] = []
+    bottom: list[tuple[int, int, int]] = []
     for index, label in enumerate(labels):
         match = _SITE.fullmatch(_RENAMED.get(label.lower(), label))
         if match is None:

@@ -6,6 +6,7 @@ import os
 import re
 import warnings
 from dataclasses import dataclass, field
+from typing import Any
 
 import numpy as np
 
@@ -52,7 +53,7 @@ class Recording:
     kinds: list[str]  # "eeg" or "meg", one per sensor
     left_out: list[tuple[str, str]]  # label as in the file, and why
     remarks: list[str] = field(default_factory=list)  # what the reader said about the file
-    _raw: object = None
+    _raw: Any = None
     _picks: np.ndarray | None = None
 
     @property
@@ -123,7 +124,7 @@ def clean_label(label: str) -> str:
     return cleaned.strip() or label.strip()
 
 
-def one_line(error: BaseException) -> str:
+def one_line(error: BaseException | str) -> str:
     """An exception's text as one line; its type where it has none."""
     text = " ".join(str(error).split())
     return text or type(error).__name__

@@ -35,6 +35,7 @@ class Result:
 
     subject: Subject
     package: Package
+    combined: Dataset  # the package's Act-Ctl
     active: Computation
     control: Computation
     control_slices: int  # before they were accumulated
@@ -146,7 +147,7 @@ def run_study(
         result = results[-1]
         result.package.save(os.path.join(out, _file_name(subject.name) + ".cxcpkg"))
         _require_same_sensors(results[0], result)
-    group = Group(result.package.act_ctl for result in results)
+    group = Group(result.combined for result in results)
     group.name = f"Act-Ctl of {len(results)} subjects"
     group.current = 0
     average = group.average()
@@ -170,14 +171,15 @@ def _run_subject(subject: Subject, options: dict, operation: str, progress) -> R
             f"{subject.name}: the recordings differ in their sensors: "
             + _difference(active.recording.labels, control.recording.labels)
         )
-    package = Package(active.dataset(), control.dataset())
+    active_dataset, control_dataset = active.dataset(), control.dataset()
+    package = Package(active_dataset, control_dataset)
     package.name = subject.name
     package.info = f"Active {active.recording.name}, Control {control.recording.name}"
-    slices = len(package.control)
+    slices = len(control_dataset)
     combined = package.combine(operation, accumulate_control=True)
-    _describe(combined, package.active, subject, operation, slices)
+    _describe(combined, active_dataset, subject, operation, slices)
     package.current = 2
-    return Result(subject, package, active, control, slices)
+    return Result(subject, package, combined, active, control, slices)
 
 
 def _describe(
@@ -217,7 +219,7 @@ def _draw(results: list[Result], average: Dataset, out: str) -> None:
     from .plot import circle, heatmap, shared_top
 
     labels = results[0].labels
-    means = [result.package.act_ctl.to_array().mean(axis=0) for result in results]
+    means = [result.combined.to_array().mean(axis=0) for result in results]
     overall = average.to_array().mean(axis=0)
     top = shared_top([*means, overall])
     low, high = average_band(results)
@@ -227,7 +229,7 @@ def _draw(results: list[Result], average: Dataset, out: str) -> None:
             labels,
             os.path.join(out, _file_name(result.subject.name) + "-heatmap.png"),
             title=f"{result.subject.name}: Act-Ctl coherence, {low:g} to {high:g} Hz",
-            subtitle=f"mean of {len(result.package.act_ctl)} slices; one scale for the study",
+            subtitle=f"mean of {len(result.combined)} slices; one scale for the study",
             quantity="difference of magnitude-squared coherence",
             signed=True,
             top=top,
@@ -247,7 +249,7 @@ def _draw(results: list[Result], average: Dataset, out: str) -> None:
 
 
 def average_band(results: list[Result]) -> tuple[float, float]:
-    return results[0].package.act_ctl.band
+    return results[0].combined.band
 
 
 def _report(path: str, results: list[Result], average: Dataset, operation: str) -> None:
@@ -258,7 +260,7 @@ def _report(path: str, results: list[Result], average: Dataset, operation: str) 
     for result in results:
         lines.append(
             f"| {result.subject.name} | {result.active.recording.name} "
-            f"| {len(result.package.active)} | {result.control.recording.name} "
+            f"| {result.active.plan.slices} | {result.control.recording.name} "
             f"| {result.control_slices} |"
         )
     lines += ["", "## Sensors", "", ", ".join(f"{n} {label}" for n, label in enumerate(labels, 1))]
@@ -277,7 +279,7 @@ def _report(path: str, results: list[Result], average: Dataset, operation: str) 
 
 def _lengths(results: list[Result], longest: int) -> list[str]:
     """Says where the average rests on fewer subjects than it is divided by."""
-    counts = {result.subject.name: len(result.package.act_ctl) for result in results}
+    counts = {result.subject.name: len(result.combined) for result in results}
     shorter = {name: count for name, count in counts.items() if count < longest}
     if not shorter:
         return [f"All subjects have {longest} slices."]
