@@ -118,6 +118,18 @@ def _parser() -> argparse.ArgumentParser:
     info.add_argument("file")
     info.set_defaults(run=_info)
 
+    page = commands.add_parser(
+        "page", help="a dataset as one HTML file: every slice as a heat map, with a slider"
+    )
+    page.add_argument("file")
+    page.add_argument("-o", "--output", help="default: the file's name with .html, here")
+    page.add_argument(
+        "--limits", nargs=2, type=float, metavar=("LOW", "HIGH"),
+        help="values at the ends of the colours; default: those of the dataset",
+    )  # fmt: skip
+    page.add_argument("--force", action="store_true", help="replace an existing output")
+    page.set_defaults(run=_page)
+
     convert = commands.add_parser(
         "convert", help="a dataset to or from netCDF, MATLAB, CSV, GraphML, NumPy: by the endings"
     )
@@ -192,6 +204,21 @@ def _info(options: argparse.Namespace) -> None:
     print("computation:")
     for line in dataset.note.splitlines():
         print("  " + _printable(line))
+
+
+def _page(options: argparse.Namespace) -> None:
+    from .dataset import Dataset
+    from .page import write_page
+
+    stem = os.path.splitext(os.path.basename(os.path.normpath(options.file)))[0]
+    output = options.output or stem + ".html"
+    check_output(output, options.force)
+    dataset = Dataset.open(options.file)
+    try:
+        write_page(dataset, output, limits=options.limits, overwrite=options.force)
+    except ValueError as error:
+        raise CommandError(f"{options.file}: {error}") from error
+    print(f"{_printable(output)}: {describe(dataset)}")
 
 
 def _convert(options: argparse.Namespace) -> None:
