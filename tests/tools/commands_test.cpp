@@ -298,6 +298,16 @@ TEST_F(Tool, ABadFileAmongManyLeavesNoOutput) {
     EXPECT_EQ(entries().size(), 2u);
 }
 
+TEST_F(Tool, SizesThatAFileOnlyClaimsTakeNoMemory) {
+    makeDataset("a.cxc", 2, 2);
+    std::string bytes = bytesOf("a.cxc");
+    bytes[26 + 4 + 4] = 1;  // 2 to the 32nd more slices
+    putBytes("b.cxc", bytes);
+    const Result result = run({"average", "@a.cxc", "@b.cxc", "-o", "@m.cxc"});
+    EXPECT_EQ(result.code, tool::failed);
+    EXPECT_TRUE(has(result.err, "b.cxc: says that it holds more values than there are\n"));
+}
+
 TEST_F(Tool, ExistingOutputsAreKeptUnlessForced) {
     makeDataset("a.cxc", 2, 2);
     putBytes("m.cxc", "kept");

@@ -163,6 +163,11 @@ Sizes claimedSizes(const std::string& path) {
             numberAt<__int64>(head, end + 52)};
 }
 
+unsigned long long bytesIn(const std::string& path) {
+    return about(path,
+                 [&] { return static_cast<unsigned long long>(fs::file_size(systemPath(path))); });
+}
+
 void GroupReleaser::operator()(CGroupMeegCxcFacezq* group) const {
     if (group == nullptr) return;
     group->cleanSnsCohPkg();

@@ -77,6 +77,9 @@ std::unique_ptr<CSnsCohDatazq> openDataset(const std::string& path);
 /// A file may claim anything: only what has been read is true.
 Sizes claimedSizes(const std::string& path);
 
+/// Length of a file; Error where there is none.
+unsigned long long bytesIn(const std::string& path);
+
 /// Writes a file under another name beside `path` and renames it when it is complete: whatever goes
 /// wrong, `path` is as it was. An existing file needs `force`; it keeps its permissions, and a
 /// symbolic link stays one. Throws Error.
