@@ -58,6 +58,8 @@ bool fileHolds(CArchive& ar, __int64 count, double storedBytes) {
 }
 
 void storeBlock(CArchive& ar, const double* values, __int64 count) {
+    // Before the bytes are counted: the product of a negative count may come out positive.
+    if (count < 1) return;
     const auto* at = reinterpret_cast<const BYTE*>(values);
     for (__int64 left = count * static_cast<__int64>(sizeof(double)); left > 0;) {
         const __int64 step = std::min(left, stepBytes);

@@ -363,6 +363,15 @@ TEST_F(CWavChnlChnlData09FileRecord, ANegativeBackupLengthIsTakenAndCanBeStoredA
     EXPECT_EQ(stored(v), head().i64(0).i32(0).i64(-9).i32(1).str());
 }
 
+// Eight times such a length is a positive number of bytes again.
+TEST_F(CWavChnlChnlData09FileRecord, ABackupLengthAtTheEndOfItsRangeStoresNoBlock) {
+    constexpr long long length = -0x7FFFFFFFFFFFFFFFLL - 1 + 100000;
+    give(v, {1});
+    v.bkDataIn();
+    EXPECT_EQ(load(v, head().i64(0).i32(0).i64(length).i32(0)), 1);
+    EXPECT_EQ(stored(v), head().i64(0).i32(0).i64(length).i32(1).str());
+}
+
 TEST_F(CWavChnlChnlData09FileRecord, AMagicWithALengthInTheNextFormIsTheSameMagic) {
     Bytes bytes = Bytes().u8(0xFF).u16(0xFFFE).u8(0xFF).u16(10).units("MMATRIX1DX").i32(newest);
     bytes.i64(0).i64(1).i64(2).u16(1).i64(1).i32(1).f64(4.5).i64(0).i32(0);
