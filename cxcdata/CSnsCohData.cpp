@@ -350,13 +350,29 @@ int CSnsCohData::getSnsCohRange(double& min, double& max, bool useTime, __int64 
     return 1;
 }
 
+namespace {
+
+// Whether matrices of the size that the counters tell are worth making: a file or a host can have
+// set them to anything, so that beyond a little memory the grid has to be that large.
+bool matricesAreBacked(const CSnsCohData& data, __int64 count) {
+    constexpr double unbacked = 64.0 * 1024.0 * 1024.0;
+    const auto sensors = static_cast<double>(data.m_snsRowTotal);
+    if (static_cast<double>(count) * (sensors * sensors + 8.0) * sizeof(double) <= unbacked)
+        return true;
+    return data.m_snsRowTotal <= cxc::grid::rows(data.m_mCC) &&
+           cxc::grid::reaches(data.m_mCC, data.m_cohTimTotal) &&
+           cxc::gridFitsMemory(count, data.m_snsRowTotal, data.m_snsRowTotal);
+}
+
+}  // namespace
+
 int CSnsCohData::getData2MCohTimSnsSns(CMMatrix2Dzq*& mats, __int64& count) {
     if (m_mCC == nullptr) return 0;
     if (mats != nullptr) {
         // Deliberately strict: an array of exactly the slice count is refused.
-        if (count <= m_cohTimTotal) return 0;
+        if (count <= m_cohTimTotal || !matricesAreBacked(*this, count)) return 0;
     } else {
-        if (!cxc::gridFitsMemory(m_cohTimTotal, m_snsRowTotal, m_snsRowTotal)) return 0;
+        if (!matricesAreBacked(*this, m_cohTimTotal)) return 0;
         CMMatrix2Dzq* const made = cxc::newArray<CMMatrix2Dzq>(m_cohTimTotal);
         if (made == nullptr) return 0;
         mats = made;

@@ -71,6 +71,15 @@ CWavChnlChnlDatazq* cell(CWavChnlChnlDatazq* const* table, __int64 r, __int64 c)
     return vectors == nullptr || c < 0 || c >= cols(table) ? nullptr : vectors + c;
 }
 
+bool reaches(CWavChnlChnlDatazq* const* table, __int64 nTim) {
+    for (__int64 r = 0; r < rows(table); ++r) {
+        for (__int64 c = 0; c < cols(table); ++c) {
+            if (values(table, r, c).size >= nTim) return true;
+        }
+    }
+    return nTim < 1;
+}
+
 bool hasShape(CWavChnlChnlDatazq* const* table, __int64 rowCount, __int64 colCount) {
     if (table == nullptr || rows(table) != rowCount || cols(table) != colCount) return false;
     for (__int64 r = 0; r < rowCount; ++r) {

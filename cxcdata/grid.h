@@ -46,6 +46,9 @@ inline Values values(CWavChnlChnlDatazq* const* table, __int64 r, __int64 c) {
     return values(cell(table, r, c));
 }
 
+/// Whether some vector holds at least nTim values.
+bool reaches(CWavChnlChnlDatazq* const* table, __int64 nTim);
+
 /// Whether the grid really is rows x cols with every row made.
 bool hasShape(CWavChnlChnlDatazq* const* table, __int64 rows, __int64 cols);
 

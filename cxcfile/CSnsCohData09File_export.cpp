@@ -88,19 +88,10 @@ private:
     __int64 m_capacity = 0;  // characters that m_text holds
 };
 
-__int64 longestVector(CWavChnlChnlDatazq* const* table) {
-    __int64 longest = 0;
-    for (__int64 r = 0; r < cxc::grid::rows(table); ++r) {
-        for (__int64 c = 0; c < cxc::grid::cols(table); ++c)
-            longest = std::max(longest, cxc::grid::values(table, r, c).size);
-    }
-    return longest;
-}
-
 // Whether the counters describe something that can be written out.
 bool canExport(const CSnsCohData& data) {
     if (data.m_mCC == nullptr && data.m_snsRowTotal > 0) return false;
-    if (data.m_cohTimTotal > mostEmptyLines && data.m_cohTimTotal > longestVector(data.m_mCC))
+    if (data.m_cohTimTotal > mostEmptyLines && !cxc::grid::reaches(data.m_mCC, data.m_cohTimTotal))
         return false;
     const __int64 emptyRows =
         std::max<__int64>(data.m_snsRowTotal, 0) - cxc::grid::rows(data.m_mCC);

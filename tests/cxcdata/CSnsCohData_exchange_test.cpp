@@ -132,6 +132,46 @@ TEST(CSnsCohData, SliceCountsThatNoMatricesCanMeetGiveNone) {
     }
 }
 
+// Two such counters come from a record of a few bytes.
+TEST(CSnsCohData, RowsThatTheGridDoesNotHaveTakeNoMemory) {
+    CSnsCohDatazq d;
+    fill(d, 2, 2, 3);
+    d.setChnlRowCol(20000, 20000);
+    CMMatrix2Dzq mats[4];
+    CMMatrix2Dzq* offered = mats;
+    __int64 count = 4;
+    EXPECT_EQ(d.getData2MCohTimSnsSns(offered, count), 0);
+    EXPECT_EQ(mats[0].getRow(), 0);
+    CMMatrix2Dzq* made = nullptr;
+    EXPECT_EQ(d.getData2MCohTimSnsSns(made, count), 0);
+    EXPECT_EQ(made, nullptr);
+}
+
+TEST(CSnsCohData, SlicesThatNoPairHasTakeNoMemory) {
+    CSnsCohDatazq d;
+    fill(d, 2, 2, 3);
+    d.m_cohTimTotal = 2000000;
+    CMMatrix2Dzq* made = nullptr;
+    __int64 count = 0;
+    EXPECT_EQ(d.getData2MCohTimSnsSns(made, count), 0);
+    EXPECT_EQ(made, nullptr);
+}
+
+TEST(CSnsCohData, ManySlicesOfOnePairSuffice) {
+    CSnsCohDatazq d;
+    fill(d, 2, 2, 3);
+    d.m_cohTimTotal = 1000000;
+    pairOf(d, 1, 0).resize(1000000);
+    pairOf(d, 1, 0).m_data[999999] = 4.5;
+    CMMatrix2Dzq* made = nullptr;
+    __int64 count = 0;
+    ASSERT_EQ(d.getData2MCohTimSnsSns(made, count), 1);
+    const std::unique_ptr<CMMatrix2Dzq[]> mats(made);
+    EXPECT_EQ(count, 1000000);
+    EXPECT_EQ(mats[999999].getDataPP()[1][0], 4.5);
+    EXPECT_EQ(mats[999999].getDataPP()[1][1], 0.0);
+}
+
 TEST(CSnsCohData, DatasetWithoutSlicesGivesAnEmptyArray) {
     CSnsCohDatazq d;
     fill(d, 2, 2, 3);

@@ -483,7 +483,7 @@ TEST(CSnsCohData, NoOperationLeavesTheRealGrid) {
         }
         CMMatrix2Dzq* mats = nullptr;
         __int64 count = 0;
-        if (d.m_snsRowTotal < 1000 && d.m_cohTimTotal < 1000) d.getData2MCohTimSnsSns(mats, count);
+        d.getData2MCohTimSnsSns(mats, count);
         delete[] mats;
         CMMatrix2Dzq fresh[2];
         fillMatrix(fresh[0], 3, 3, 0);
