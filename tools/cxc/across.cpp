@@ -17,16 +17,6 @@ struct Options {
     bool force = false;
 };
 
-// Results are as large as a file says it is, which may be anything: more than a little memory needs
-// a file that is long enough for it.
-void requireBacked(const std::string& path, const Sizes& sizes) {
-    constexpr double unbacked = 64.0 * 1024.0 * 1024.0;
-    const double bytes = static_cast<double>(sizes.rows) * static_cast<double>(sizes.columns) *
-                         static_cast<double>(sizes.slices) * sizeof(double);
-    if (bytes > unbacked && bytes > static_cast<double>(bytesIn(path)))
-        throw Error(path + ": says that it holds more values than there are");
-}
-
 // The shape of the results: the largest of each size, as the files claim.
 Sizes largest(const std::vector<std::string>& files) {
     Sizes most = {0, 0, 0};

@@ -48,9 +48,9 @@ void describe(CSnsCohFacezq& package, const Options& options, __int64 controlSli
 
 void combine(const Options& options, const Console& console) {
     CSnsCohFacezq package;
-    package.setCohData(openDataset(options.active).release(), 0);
+    package.setCohData(openBacked(options.active).release(), 0);
     checkInterrupted();
-    package.setCohData(openDataset(options.control).release(), 1);
+    package.setCohData(openBacked(options.control).release(), 1);
     warnOfDifferences(options, package, console);
     const __int64 slices = package.m_cohControl->m_cohTimTotal;
     if (slices > 1)

@@ -216,6 +216,20 @@ std::unique_ptr<CSnsCohDatazq> openDataset(const std::string& path) {
     return record.takeDataset();
 }
 
+void requireBacked(const std::string& path, const Sizes& sizes) {
+    constexpr double unbacked = 64.0 * 1024.0 * 1024.0;
+    const double bytes = static_cast<double>(sizes.rows) * static_cast<double>(sizes.columns) *
+                         static_cast<double>(sizes.slices) * sizeof(double);
+    if (bytes > unbacked && bytes > static_cast<double>(bytesIn(path)))
+        throw Error(path + ": says that it holds more values than there are");
+}
+
+std::unique_ptr<CSnsCohDatazq> openBacked(const std::string& path) {
+    auto dataset = openDataset(path);
+    requireBacked(path, {dataset->m_cohTimTotal, dataset->m_snsRowTotal, dataset->m_snsColTotal});
+    return dataset;
+}
+
 void requireFree(const std::string& path, bool force) {
     about(path, [&] {
         const fs::path named = systemPath(path);

@@ -77,6 +77,13 @@ std::unique_ptr<CSnsCohDatazq> openDataset(const std::string& path);
 /// A file may claim anything: only what has been read is true.
 Sizes claimedSizes(const std::string& path);
 
+/// Results are as large as a file says it is, which may be anything: Error where that is more than
+/// a little memory and the file is not long enough for it.
+void requireBacked(const std::string& path, const Sizes& sizes);
+
+/// As openDataset, for a dataset from which something of its size is made.
+std::unique_ptr<CSnsCohDatazq> openBacked(const std::string& path);
+
 /// Length of a file; Error where there is none.
 unsigned long long bytesIn(const std::string& path);
 

@@ -103,7 +103,7 @@ void describe(CSnsCohDatazq& made, CSnsCohDatazq& source, const Span& slices,
 }
 
 void select(const Options& options, const Console& console) {
-    const auto source = openDataset(options.in);
+    const auto source = openBacked(options.in);
     const Shape shape = shapeOf(*source);
     if (shape.slices < 1 || shape.rows < 1 || shape.columns < 1)
         throw Error(options.in + ": holds no values");
