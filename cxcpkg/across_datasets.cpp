@@ -9,9 +9,20 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <utility>
 
 namespace cxc {
 namespace {
+
+RowWatcher& rowWatcher() {
+    thread_local RowWatcher watcher;
+    return watcher;
+}
+
+bool goesOn(__int64 done, __int64 rows) {
+    const RowWatcher& watcher = rowWatcher();
+    return !watcher || watcher(done, rows);
+}
 
 // Arrays of the same length from datasets that follow one another in the list. Several are taken
 // at once, each cell still in list order, so that the result is loaded and stored less often.
@@ -167,7 +178,7 @@ public:
 
     // Calls take(row, c, arrays, n, first) for the pairs of the datasets that are taken into the
     // pairs row[...][c] of the results, for each pair in list order; `first` is set when the first
-    // array is that of the first dataset. Returns whether there was memory.
+    // array is that of the first dataset. Returns whether there was memory and nobody gave it up.
     template <class Take>
     bool make(Take take) {
         if (!makeTables()) return false;
@@ -175,6 +186,7 @@ public:
             Row row;
             if (!makeRow(r, row) || !fillRow(r, row, take)) return false;
             finishRow(r, row);
+            if (!goesOn(r + 1, m_from.rows)) return false;
         }
         return true;
     }
@@ -269,6 +281,10 @@ private:
 };
 
 }  // namespace
+
+void watchRows(RowWatcher watcher) {
+    rowWatcher() = std::move(watcher);
+}
 
 bool meanOf(const Together& from, CSnsCohDatazq& mean) {
     Results<1, 0> results(from);

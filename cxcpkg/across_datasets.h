@@ -5,6 +5,8 @@
 #include "cxcdata/cxc_api.h"
 #include "framework.h"
 
+#include <functional>
+
 namespace cxc {
 
 /// What results over many datasets are made from.
@@ -26,6 +28,13 @@ bool meanOf(const Together& from, CSnsCohDatazq& mean);
 /// it has no cell from 0.0. An equal value and a NaN never replace one.
 bool summaryOf(const Together& from, CSnsCohDatazq& minimum, CSnsCohDatazq& mean,
                CSnsCohDatazq& maximum);
+
+/// Asked after each row of the results of meanOf and summaryOf how many rows are done, of how many.
+/// The answer false gives the results up, as where memory lacks.
+using RowWatcher = std::function<bool(__int64 done, __int64 rows)>;
+
+/// Sets who is asked on this thread from now on; an empty function for nobody. It must not throw.
+CXC_API void watchRows(RowWatcher watcher);
 
 /// The same for datasets that come one after another, so that only one of them is in memory: give
 /// `sums` (and, for a summary, the extremes) the shape of the largest, all 0.0, take every dataset

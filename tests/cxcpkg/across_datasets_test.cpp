@@ -8,6 +8,8 @@
 #include <cstring>
 #include <limits>
 #include <random>
+#include <utility>
+#include <vector>
 
 namespace {
 
@@ -125,6 +127,40 @@ TEST(AcrossDatasets, TheMeanOfOneIsItsSum) {
     EXPECT_EQ(test::cell(sums, 1, 0, 1), test::cellValue(1, 0, 1));
     cxc::sumsToMeans(sums, 2);
     EXPECT_EQ(test::cell(sums, 1, 0, 1), test::cellValue(1, 0, 1) / 2.0);
+}
+
+// Sets a watcher for the length of a test.
+class Watched {
+public:
+    explicit Watched(cxc::RowWatcher watcher) { cxc::watchRows(std::move(watcher)); }
+    ~Watched() { cxc::watchRows({}); }
+    Watched(const Watched&) = delete;
+    Watched& operator=(const Watched&) = delete;
+};
+
+TEST(AcrossDatasets, TheWatcherIsAskedAfterEveryRowOfTheResults) {
+    Group group;
+    std::vector<__int64> seen;
+    {
+        const Watched watched([&](__int64 done, __int64 rows) {
+            EXPECT_EQ(rows, 5);
+            seen.push_back(done);
+            return true;
+        });
+        ASSERT_EQ((*group).averageAll(), 5);
+        ASSERT_EQ((*group).summaryAll(), 8);
+    }
+    EXPECT_EQ(seen, (std::vector<__int64>{1, 2, 3, 4, 5, 1, 2, 3, 4, 5}));
+    ASSERT_EQ((*group).averageAll(), 9);
+    EXPECT_EQ(seen.size(), 10u);
+}
+
+TEST(AcrossDatasets, AWatcherThatSaysNoLeavesTheGroupAsItWas) {
+    Group group;
+    const Watched watched([](__int64 done, __int64) { return done < 3; });
+    EXPECT_EQ((*group).averageAll(), 0);
+    EXPECT_EQ((*group).summaryAll(), 0);
+    EXPECT_EQ(group.size(), 4);
 }
 
 }  // namespace
