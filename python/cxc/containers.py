@@ -8,11 +8,15 @@ computes or saves, changes that others make to the same package or group wait.
 from __future__ import annotations
 
 import os
-from typing import Iterable, Iterator
+from typing import TYPE_CHECKING, Any, Iterable, Iterator, TypeVar, overload
 
 from . import _core
-from .dataset import Dataset, save_record
+from .dataset import Dataset, Progress, save_record
 from .forwarded import forwarded
+
+if TYPE_CHECKING:
+    import pandas
+    import xarray
 
 OPERATIONS = {"subtract": 0, "add": 1, "multiply": 2, "divide": 3}
 CLASSES = ("active", "control", "act_ctl")
@@ -22,29 +26,60 @@ def _wrapped(core: _core.Dataset | None) -> Dataset | None:
     return None if core is None else Dataset(core)
 
 
+Container = TypeVar("Container", bound="_Container")
+
+
 class _Container:
     """What the records of packages and groups have in common."""
 
     _core: _core.Package | _core.Group
 
-    id = forwarded("id", "The owner's identifier; stored.")
-    name = forwarded("name", "Name; stored.")
-    info = forwarded("info", "A second descriptive text; stored.")
-    show = forwarded("show", "Show flag; stored.")
-    current = forwarded(
+    id = forwarded[int]("id", "The owner's identifier; stored.")
+    name = forwarded[str]("name", "Name; stored.")
+    info = forwarded[str]("info", "A second descriptive text; stored.")
+    show = forwarded[bool]("show", "Show flag; stored.")
+    current = forwarded[int](
         "current", "Current class or index, -1 for none; stored and restored as it stands."
     )
 
-    def save(self, path: str | os.PathLike, *, overwrite: bool = True) -> None:
+    def save(
+        self,
+        path: str | os.PathLike[str],
+        *,
+        overwrite: bool = True,
+        progress: Progress | None = None,
+    ) -> None:
         """Writes the record to `path`, whole or not at all, as `Dataset.save`."""
-        save_record(self._core, path, overwrite)
+        save_record(self._core, path, overwrite, progress)
 
     @classmethod
-    def open(cls, path: str | os.PathLike):
-        """Reads a record of this kind."""
+    def open(
+        cls: type[Container], path: str | os.PathLike[str], *, progress: Progress | None = None
+    ) -> Container:
+        """Reads a record of this kind; `progress` is in bytes."""
         container = cls()
-        container._core.load(os.fsencode(path))
+        container._core.load(os.fsencode(path), progress)
         return container
+
+    def _describe(self, other: Container) -> Container:
+        """Gives the other one everything of this one but the datasets; returns it."""
+        for field in ("id", "name", "info", "show", "current"):
+            setattr(other, field, getattr(self, field))
+        return other
+
+
+def _shape_text(dataset: Dataset) -> str:
+    return " x ".join(map(str, dataset.shape))
+
+
+def _band_text(datasets: Iterable[Dataset]) -> str:
+    bands = list(dict.fromkeys(dataset.band for dataset in datasets))
+    if not bands:
+        return ""
+    if len(bands) > 1:
+        return f"; {len(bands)} bands"
+    low, high = bands[0]
+    return f"; {low:g} to {high:g} Hz"
 
 
 class Package(_Container):
@@ -53,6 +88,8 @@ class Package(_Container):
     package["active"] and package[0] are the same slot. Iterating gives the datasets that are
     there, and len() counts them.
     """
+
+    _core: _core.Package
 
     def __init__(
         self,
@@ -78,8 +115,16 @@ class Package(_Container):
     def __len__(self) -> int:
         return sum(1 for _ in self)
 
+    def items(self) -> Iterator[tuple[str, Dataset]]:
+        """Name of the class and dataset, of those that are there."""
+        for name in CLASSES:
+            dataset = self[name]
+            if dataset is not None:
+                yield name, dataset
+
     @property
     def active(self) -> Dataset | None:
+        """The condition of interest."""
         return self[0]
 
     @active.setter
@@ -88,6 +133,7 @@ class Package(_Container):
 
     @property
     def control(self) -> Dataset | None:
+        """What active is compared with."""
         return self[1]
 
     @control.setter
@@ -125,9 +171,53 @@ class Package(_Container):
         """The two ranges of slices with the narrower one widened to the width of the other."""
         return self._core.match_selections(active, control)
 
+    def select(self, **wanted: Any) -> Package:
+        """A new package of parts of the datasets; the arguments are those of `Dataset.select`.
+
+        A dataset of one slice, as control usually is, keeps it whatever slices are chosen.
+        """
+        parts = {name: _part(dataset, wanted) for name, dataset in self.items()}
+        return self._describe(Package(**parts))
+
+    def to_xarray(self) -> xarray.Dataset:
+        """A copy as variables active, control and act_ctl, [time, row, column] each.
+
+        What has other slices than the first has a time axis of its own, such as control_time.
+        Coordinates and attributes are those of `Dataset.to_xarray`.
+
+        Raises:
+            ValueError: the package is empty, or the sensors differ.
+        """
+        from .views import arrays_of_package
+
+        return arrays_of_package(self)
+
+    def to_pandas(self) -> pandas.DataFrame:
+        """The tables of `Dataset.to_pandas`, one after another, behind a column `class`.
+
+        Raises:
+            ValueError: the package is empty.
+        """
+        from .views import table_of_package
+
+        return table_of_package(self)
+
+    def _repr_html_(self) -> str:
+        """For notebooks."""
+        from .views import html_of_package
+
+        return html_of_package(self)
+
     def __repr__(self) -> str:
-        held = [name for name in CLASSES if self[name] is not None]
-        return f"<cxc.Package {self.name!r}: {', '.join(held) or 'empty'}>"
+        held = [f"{name} {_shape_text(dataset)}" for name, dataset in self.items()]
+        text = ", ".join(held) or "empty"
+        return f"<cxc.Package {self.name!r}: {text}{_band_text(self)}>"
+
+
+def _part(dataset: Dataset, wanted: dict[str, Any]) -> Dataset:
+    if len(dataset) == 1:
+        wanted = {name: value for name, value in wanted.items() if name not in ("slices", "time")}
+    return dataset.select(**wanted)
 
 
 def _class_of(key: int | str) -> int:
@@ -141,6 +231,8 @@ def _class_of(key: int | str) -> int:
 class Group(_Container):
     """Datasets of any number of subjects, in order; a sequence of Dataset or None."""
 
+    _core: _core.Group
+
     def __init__(self, datasets: Iterable[Dataset | None] = ()) -> None:
         self._core = _core.Group()
         self.extend(datasets)
@@ -148,7 +240,13 @@ class Group(_Container):
     def __len__(self) -> int:
         return len(self._core.members)
 
-    def __getitem__(self, index):
+    @overload
+    def __getitem__(self, index: int) -> Dataset | None: ...
+
+    @overload
+    def __getitem__(self, index: slice) -> list[Dataset | None]: ...
+
+    def __getitem__(self, index: int | slice) -> Dataset | None | list[Dataset | None]:
         if isinstance(index, slice):
             return [_wrapped(core) for core in self._core.members[index]]
         return _wrapped(self._core.members[index])
@@ -158,7 +256,7 @@ class Group(_Container):
         members[index] = None if dataset is None else dataset._core
         self._core.members = members
 
-    def __delitem__(self, index) -> None:
+    def __delitem__(self, index: int | slice) -> None:
         members = self._core.members
         del members[index]
         self._core.members = members
@@ -167,9 +265,11 @@ class Group(_Container):
         return (_wrapped(core) for core in self._core.members)
 
     def append(self, dataset: Dataset | None) -> None:
+        """Adds one dataset, or an empty entry, at the end."""
         self.extend([dataset])
 
     def extend(self, datasets: Iterable[Dataset | None]) -> None:
+        """Adds datasets, or empty entries, at the end."""
         self._core.extend([None if dataset is None else dataset._core for dataset in datasets])
 
     def clear(self) -> None:
@@ -177,18 +277,63 @@ class Group(_Container):
         self._core.members = []
         self.current = -1
 
-    def average(self) -> Dataset:
+    def average(self, *, progress: Progress | None = None) -> Dataset:
         """Appends and returns the mean of all datasets.
 
         The result has the largest size of each dimension, and every dataset counts in the
-        divisor: where a smaller one has no value it counts as zero.
-        """
-        return Dataset(self._core.average())
+        divisor: where a smaller one has no value it counts as zero. Pairs and slices are taken by
+        position. `progress` is in rows of the result; when the call is interrupted nothing is
+        appended.
 
-    def summary(self) -> tuple[Dataset, Dataset, Dataset]:
-        """Appends and returns minimum, mean and maximum of all datasets, sized as by `average`."""
-        minimum, mean, maximum = map(Dataset, self._core.summarise())
+        Raises:
+            CxcError: there is nothing to average, or not enough memory.
+        """
+        return Dataset(self._core.average(progress))
+
+    def summary(self, *, progress: Progress | None = None) -> tuple[Dataset, Dataset, Dataset]:
+        """Appends and returns minimum, mean and maximum of all datasets, as by `average`."""
+        minimum, mean, maximum = map(Dataset, self._core.summarise(progress))
         return minimum, mean, maximum
 
+    def select(self, **wanted: Any) -> Group:
+        """A new group of parts of the datasets; the arguments are those of `Dataset.select`."""
+        parts = [None if dataset is None else dataset.select(**wanted) for dataset in self]
+        return self._describe(Group(parts))
+
+    def to_xarray(self) -> xarray.DataArray:
+        """A copy with the dimensions dataset, time, row and column; empty entries are left out.
+
+        Coordinates: `dataset`, the position in the group, and `name`; the others, and the
+        attributes, are those that `Dataset.to_xarray` gives the first one.
+
+        Raises:
+            ValueError: the group is empty, or a dataset differs from the first in sensors, slices,
+                latencies or band. Nothing is matched by position silently.
+        """
+        from .views import array_of_group
+
+        return array_of_group(self)
+
+    def to_pandas(self) -> pandas.DataFrame:
+        """The tables of `Dataset.to_pandas` one after another, also of datasets that differ.
+
+        They stand behind two columns: `dataset`, the position in the group, and `name`.
+
+        Raises:
+            ValueError: the group is empty.
+        """
+        from .views import table_of_group
+
+        return table_of_group(self)
+
+    def _repr_html_(self) -> str:
+        """For notebooks."""
+        from .views import html_of_group
+
+        return html_of_group(self)
+
     def __repr__(self) -> str:
-        return f"<cxc.Group {self.name!r}: {len(self)} datasets>"
+        held = [dataset for dataset in self if dataset is not None]
+        shapes = list(dict.fromkeys(map(_shape_text, held)))
+        of = f" of {shapes[0]}" if len(shapes) == 1 else f" of {len(shapes)} shapes" if held else ""
+        return f"<cxc.Group {self.name!r}: {len(self)} datasets{of}{_band_text(held)}>"

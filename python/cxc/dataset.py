@@ -3,19 +3,31 @@
 from __future__ import annotations
 
 import errno
-import html
+import operator
 import os
-from typing import TYPE_CHECKING, Iterator, Sequence
+from typing import TYPE_CHECKING, Callable, Iterator, Sequence, Union
 
 import numpy as np
+import numpy.typing as npt
 
 from . import _core
 from .files import whole_file
-from .forwarded import forwarded
+from .forwarded import forwarded, forwarded_color
+from .labels import column_names, row_names, times_of, with_names
 
 if TYPE_CHECKING:
     import pandas
     import xarray
+
+Progress = Callable[[int, int], object]
+"""Told how far a call is, and of how much, some times a second and at the end.
+
+What it raises ends the call, as Ctrl-C does in the main thread. It may look at datasets, but not
+change one or make another call of the library.
+"""
+
+Indices = Union[int, slice, Sequence[int], npt.NDArray[np.integer], npt.NDArray[np.bool_]]
+Sensors = Union[Sequence[Union[int, str]], slice, npt.NDArray[np.integer], npt.NDArray[np.bool_]]
 
 CHANNEL_TYPES = {0: "all", 1: "meg", 2: "eeg", 3: "meg+eeg"}
 
@@ -31,20 +43,6 @@ def slice_count(points: int, step: int, window: int) -> int:
     return _core.slice_count(points, step, window)
 
 
-def _color(field: str, doc: str) -> property:
-    def get(self) -> tuple[int, int, int]:
-        color = getattr(self._core, field)
-        return color & 0xFF, color >> 8 & 0xFF, color >> 16 & 0xFF
-
-    def put(self, value: tuple[int, int, int]) -> None:
-        red, green, blue = value
-        if not all(0 <= part <= 255 for part in value):
-            raise ValueError("colours are (red, green, blue), 0 to 255")
-        setattr(self._core, field, red | green << 8 | blue << 16)
-
-    return property(get, put, doc=doc)
-
-
 class Dataset:
     """One analysis: values[t, r, c] for slice t and the sensor pair (r, c).
 
@@ -53,6 +51,9 @@ class Dataset:
 
     Raises throughout: `CxcError` with the library's own message where the library refuses,
     `OSError` and its kinds for files.
+
+    Calls let other threads run. Those with a `progress` can be interrupted, and have then done
+    nothing at all; all others finish what they began before Ctrl-C takes effect.
     """
 
     def __init__(self, core: _core.Dataset | None = None) -> None:
@@ -63,7 +64,7 @@ class Dataset:
     @classmethod
     def from_array(
         cls,
-        values,
+        values: npt.ArrayLike,
         *,
         sampling_rate: float = 0.0,
         latency: tuple[float, float] = (0.0, 0.0),
@@ -72,6 +73,7 @@ class Dataset:
         note: str = "CxC ComputeInfo",
         channels: Sequence[int] | None = None,
         channel_type: int = 0,
+        sensors: Sequence[str] | None = None,
     ) -> Dataset:
         """A dataset with a copy of `values`, an array [slice, row sensor, column sensor].
 
@@ -85,6 +87,7 @@ class Dataset:
             channels: a channel number for each sensor, for square datasets; pair (r, c) carries
                 channels[r] and channels[c].
             channel_type: 0 all, 1 MEG, 2 EEG, 3 MEG and EEG.
+            sensors: a name for each sensor, for square datasets; they are kept in the note.
         """
         if np.ma.is_masked(values):
             raise ValueError("values are masked; fill them first")
@@ -103,6 +106,8 @@ class Dataset:
         dataset._core.largest_slice_count = array.shape[0]
         if channels is not None:
             dataset._set_channels(channels)
+        if sensors is not None:
+            dataset.sensors = list(sensors)
         return dataset
 
     def _set_channels(self, channels: Sequence[int]) -> None:
@@ -114,42 +119,59 @@ class Dataset:
         self.channels_b = np.repeat(numbers[np.newaxis, :], rows, axis=0)
 
     @classmethod
-    def open(cls, path: str | os.PathLike) -> Dataset:
-        """Reads a `.cxc` file of any version the library knows."""
-        return cls(_core.Dataset.load(os.fsencode(path)))
+    def open(cls, path: str | os.PathLike[str], *, progress: Progress | None = None) -> Dataset:
+        """Reads a `.cxc` file of any version the library knows; `progress` is in bytes."""
+        return cls(_core.Dataset.load(os.fsencode(path), progress))
 
-    def save(self, path: str | os.PathLike, *, overwrite: bool = True) -> None:
+    def save(
+        self,
+        path: str | os.PathLike[str],
+        *,
+        overwrite: bool = True,
+        progress: Progress | None = None,
+    ) -> None:
         """Writes the dataset to `path` in the current version.
 
         The file is written under another name in the same folder, flushed to the disk and then
         renamed: `path` is either as it was or complete. A file that is replaced keeps its
         permissions, a symbolic link stays one.
 
+        Args:
+            path: by custom with the ending `.cxc`.
+            overwrite: whether an existing file may be replaced.
+            progress: in bytes, whose number is known roughly before the end.
+
         Raises:
             FileExistsError: without `overwrite`, where `path` exists.
             OSError: `path` is a folder, a device or a pipe, or cannot be written.
         """
-        save_record(self._core, path, overwrite)
+        save_record(self._core, path, overwrite, progress)
 
-    def export_text(self, path: str | os.PathLike, *, overwrite: bool = True) -> str:
+    def export_text(
+        self,
+        path: str | os.PathLike[str],
+        *,
+        overwrite: bool = True,
+        progress: Progress | None = None,
+    ) -> str:
         """Writes the library's text: UTF-16LE, one block per slice, one line per row.
 
-        As the library does, ".txt" is added to a path that does not contain it. Returns the path
-        written. The file is whole or not there, with the errors of `save`.
+        As the library does, ".txt" is added to a path that does not contain it, and a dataset
+        without a name is named "CxC Data". Returns the path written. The file is whole or not
+        there, with the errors of `save`; `progress` is as there.
         """
         target = os.path.abspath(os.fsdecode(path))
         if os.path.isdir(target):
             raise IsADirectoryError(errno.EISDIR, os.strerror(errno.EISDIR), target)
         if ".txt" not in target:
             target += ".txt"
-        # The draft has the extension too, or the library would add one to it.
-        with whole_file(target, overwrite=overwrite, extension=".txt") as draft:
-            self._core.export_text(os.fsencode(draft), os.fsencode(target))
+        with whole_file(target, overwrite=overwrite) as draft:
+            self._core.export_text(os.fsencode(draft), os.fsencode(target), progress)
         return target
 
     # -- values
 
-    def to_array(self) -> np.ndarray:
+    def to_array(self) -> npt.NDArray[np.float64]:
         """A copy of the values, [slice, row, column]; 0 where a file holds fewer than it says."""
         return self._core.to_array()
 
@@ -168,134 +190,166 @@ class Dataset:
             raise IndexError("no such value")
         return self._core.value(t, row, column)
 
-    def pair(self, row: int, column: int) -> np.ndarray:
+    def pair(self, row: int, column: int) -> npt.NDArray[np.float64]:
         """A copy of the values of one pair over time."""
         return self._core.pair(row, column)
 
-    def backup(self, row: int, column: int) -> np.ndarray:
+    def backup(self, row: int, column: int) -> npt.NDArray[np.float64]:
         """A copy of the backup values of one pair; empty without a backup."""
         return self._core.backup(row, column)
 
-    def __iter__(self) -> Iterator[np.ndarray]:
+    def __iter__(self) -> Iterator[npt.NDArray[np.float64]]:
         """The slices in order, each a copy [row, column]."""
         return iter(self.to_array())
 
-    def __getitem__(self, slices: int | slice | Sequence[int]) -> Dataset:
+    def __getitem__(self, slices: Indices) -> Dataset:
         """A new dataset of some slices: `ds[3]`, `ds[2:5]`, `ds[[0, 2]]`. See `select`."""
         return self.select(slices=slices)
 
     def select(
         self,
         *,
-        slices: int | slice | Sequence[int] = slice(None),
-        time: tuple[float, float] | None = None,
-        sensors: Sequence[int | str] | None = None,
-        rows: Sequence[int | str] | None = None,
-        columns: Sequence[int | str] | None = None,
+        slices: Indices = slice(None),
+        time: slice | tuple[float, float] | float | None = None,
+        sensors: Sensors | None = None,
+        rows: Sensors | None = None,
+        columns: Sensors | None = None,
     ) -> Dataset:
         """A new dataset of some slices and sensors, in the order in which they are named.
 
-        Band, name, note, channel numbers and colours go along; all slices of the result are
-        selected. The latency is moved where the slices follow each other.
+        Band, name, note, colours, channel numbers and everything else that describes the dataset
+        go along; names of the sensors are those of the part. All slices of the result are
+        selected, its cached range is its own, and backups are left behind.
+
+        Latencies stay true: the begin is that of the first slice, and slices in equal steps get
+        the rate of the steps. Other slices, as `[5, 0, 1]`, have no rate; it becomes 0.
 
         Args:
-            slices: indices from 0.
-            time: instead of `slices`: those with a latency from `time[0]` to `time[1]`, inclusive.
-            sensors: rows and columns: indices from 0, or names as in the note; all when None.
+            slices: indices from 0; negative ones count from the end.
+            time: instead of `slices`: latencies from `time[0]` to `time[1]`, or `time.start` to
+                `time.stop`, both included; or one number for the slice that is nearest to it.
+            sensors: rows and columns: indices from 0, or names; all when None.
             rows, columns: instead of `sensors`, where they are not the same.
 
         Raises:
             IndexError: there is no such slice or sensor, or nothing is left.
+            ValueError: a sensor is named twice, or both `slices` and `time` are given.
         """
-        from .exchange import labels_of, times_of
+        picked = self._slices_at(time) if time is not None else _indices(slices, len(self))
+        if time is not None and not (isinstance(slices, slice) and slices == slice(None)):
+            raise ValueError("slices are chosen by index or by time, not by both")
+        names = row_names(self), column_names(self)
+        row = _positions(sensors if rows is None else rows, names[0])
+        column = _positions(sensors if columns is None else columns, names[1])
+        core = self._core.part(picked.tolist(), row.tolist(), column.tolist())
+        part = Dataset(core)
+        part.latency, part.sampling_rate = self._timing_of(picked)
+        if not (_is_all(row, names[0]) and _is_all(column, names[1])):
+            part.note = with_names(
+                self.note, [names[0][i] for i in row], [names[1][i] for i in column]
+            )
+        return part
 
-        picked = np.arange(len(self))[slices if not isinstance(slices, int) else [slices]]
-        if time is not None:
-            latencies = times_of(self)
-            picked = np.flatnonzero((latencies >= time[0]) & (latencies <= time[1]))
-        labels = labels_of(self)
-        row = _positions(sensors if rows is None else rows, self.shape[1], labels)
-        column = _positions(sensors if columns is None else columns, self.shape[2], labels)
-        if not (len(picked) and len(row) and len(column)):
-            raise IndexError("nothing is left of the dataset")
-        made = Dataset.from_array(
-            self.to_array()[np.ix_(picked, row, column)], sampling_rate=self.sampling_rate,
-            latency=self._latency_of(picked), band=self.band, name=self.name, note=self.note,
-            channel_type=self.channel_type,
-        )  # fmt: skip
-        if made.shape[1:] != self.shape[1:] or not np.array_equal(row, column):
-            kept = [labels[i] for i in row] if np.array_equal(row, column) else []
-            made.note = _with_sensors(self.note, kept)
-        made.channels_a = self.channels_a[np.ix_(row, column)]
-        made.channels_b = self.channels_b[np.ix_(row, column)]
-        made.basic_color, made.active_color = self.basic_color, self.active_color
-        made.suppressive_color = self.suppressive_color
-        return made
+    def _slices_at(self, time: slice | tuple[float, float] | float) -> npt.NDArray[np.integer]:
+        latencies = times_of(self)
+        if isinstance(time, slice):
+            if time.step is not None:
+                raise ValueError("a range of latencies has no step")
+            low, high = time.start, time.stop
+        elif isinstance(time, tuple):
+            low, high = time
+        else:
+            return self._slice_nearest(float(time), latencies)
+        # Half the rounding of a latency that was computed in another way is no difference.
+        slack = 1e-9 * (1.0 + np.abs(latencies))
+        wanted = np.ones(len(latencies), dtype=bool)
+        if low is not None:
+            wanted &= latencies >= low - slack
+        if high is not None:
+            wanted &= latencies <= high + slack
+        if not wanted.any():
+            raise IndexError(f"no slice has a latency from {low} to {high}")
+        return np.flatnonzero(wanted)
 
-    def _latency_of(self, picked: np.ndarray) -> tuple[float, float]:
-        if self.sampling_rate <= 0 or (np.diff(picked) != 1).any():
-            return self.latency
-        behind = (len(self) - 1 - int(picked[-1])) / self.sampling_rate
-        return self.latency_of(int(picked[0])), self.latency[1] - behind
+    def _slice_nearest(
+        self, time: float, latencies: npt.NDArray[np.float64]
+    ) -> npt.NDArray[np.integer]:
+        step = 1.0 / self.sampling_rate if self.sampling_rate > 0 else 1.0
+        if not len(latencies) or not np.abs(latencies - time).min() <= step:
+            raise IndexError(f"no slice is near {time:g}")
+        return np.array([np.abs(latencies - time).argmin()])
+
+    def _timing_of(self, picked: npt.NDArray[np.integer]) -> tuple[tuple[float, float], float]:
+        rate = self.sampling_rate
+        steps = np.diff(picked)
+        if rate <= 0:
+            return self.latency, rate
+        if len(steps) and (steps[0] < 1 or (steps != steps[0]).any()):
+            return self.latency, 0.0
+        behind = (len(self) - 1 - int(picked[-1])) / rate
+        latency = self.latency_of(int(picked[0])), self.latency[1] - behind
+        return latency, rate / int(steps[0]) if len(steps) else rate
 
     def to_xarray(self) -> xarray.DataArray:
         """A copy as an array with the dimensions time, row and column.
 
-        Coordinates: time (latency of each slice), row and column (names of the sensors),
-        row_channel and column_channel (numbers). Attributes: band_hz, slices_per_second, note.
+        Coordinates: `time`, the latency of each slice in s (or its number, for a dataset without
+        a rate); `row` and `column`, names of the sensors; `row_channel` and `column_channel`,
+        their numbers. Attributes: band_hz, slices_per_second, latency_s, channel_type, note.
+        Netlike formats take it as it is.
         """
-        import xarray
+        from .views import array_of
 
-        from .exchange import labels_of, times_of
-
-        labels = labels_of(self)
-        _, rows, columns = self.shape
-        square = rows == columns
-        return xarray.DataArray(
-            self.to_array(),
-            dims=("time", "row", "column"),
-            coords={
-                "time": times_of(self),
-                "row": labels,
-                "column": labels if square else [str(c + 1) for c in range(columns)],
-                "row_channel": ("row", self.channels_a[:, 0]),
-                "column_channel": ("column", self.channels_b[0, :]),
-            },
-            name=self.name or "coherence",
-            attrs={
-                "band_hz": self.band,
-                "slices_per_second": self.sampling_rate,
-                "channel_type": self.type_name,
-                "note": self.note,
-            },
-        )
+        return array_of(self)
 
     def to_pandas(self) -> pandas.DataFrame:
-        """A table with a line for each slice of each pair: time, row, column, value.
+        """A table with a line for each slice of each pair: time, from, to, value.
 
-        Pairs row by row, the row sensor first, and the slices of each pair in order.
+        `from` is the row sensor, `to` the column sensor, by name. Order of lines: pairs row by
+        row, (first, first), (first, second) ..., and the slices of each pair in order of time.
         """
-        array = self.to_xarray().transpose("row", "column", "time")
-        names = [array.coords[name].values for name in ("row", "column", "time")]
-        import pandas
+        from .views import table_of
 
-        index = pandas.MultiIndex.from_product(names, names=["row", "column", "time"])
-        table = pandas.DataFrame({"value": array.values.ravel()}, index=index).reset_index()
-        return table[["time", "row", "column", "value"]]
+        return table_of(self)
 
     # -- description
 
-    name = forwarded("name", "Name of the dataset.")
-    note = forwarded("note", "How the values were computed.")
-    sampling_rate = forwarded("sampling_rate", "Slices per second [Hz].", float)
-    channel_type = forwarded("channel_type", "0 all, 1 MEG, 2 EEG, 3 MEG and EEG.")
-    channels_a = forwarded(
+    name = forwarded[str]("name", "Name of the dataset.")
+    note = forwarded[str]("note", "How the values were computed; names of sensors stand in it.")
+    sampling_rate = forwarded[float]("sampling_rate", "Slices per second [Hz].", float)
+    channel_type = forwarded[int]("channel_type", "0 all, 1 MEG, 2 EEG, 3 MEG and EEG.")
+    channels_a = forwarded["npt.NDArray[np.int64]"](
         "channels_a", "Channel number of the row sensor of each pair, [row, column]."
     )
-    channels_b = forwarded(
+    channels_b = forwarded["npt.NDArray[np.int64]"](
         "channels_b", "Channel number of the column sensor of each pair, [row, column]."
     )
-    show = forwarded("show", "Show flag of the dataset in lists.")
+    show = forwarded[bool]("show", "Show flag of the dataset in lists.")
+
+    @property
+    def sensors(self) -> list[str]:
+        """Names of the row sensors: from the note, or their channel numbers, or 1, 2 ...
+
+        Setting them, for rows and columns of a square dataset, writes them into the note.
+        """
+        return row_names(self)
+
+    @sensors.setter
+    def sensors(self, names: Sequence[str]) -> None:
+        _, rows, columns = self.shape
+        if rows != columns or len(names) != rows:
+            raise ValueError("one name for each sensor of a square dataset")
+        self.note = with_names(self.note, names, names)
+
+    @property
+    def column_sensors(self) -> list[str]:
+        """Names of the column sensors; those of the rows unless the dataset was cut so."""
+        return column_names(self)
+
+    @property
+    def times(self) -> npt.NDArray[np.float64]:
+        """Latency of every slice; the slices' numbers where the dataset has no rate."""
+        return times_of(self)
 
     @property
     def band(self) -> tuple[float, float]:
@@ -331,6 +385,7 @@ class Dataset:
 
     @property
     def current_pair(self) -> tuple[int, int]:
+        """Row and column of the pair that viewers show."""
         return self._core.row, self._core.column
 
     @current_pair.setter
@@ -382,15 +437,15 @@ class Dataset:
         """
         if begin is None and end is None:
             return self._core.signed_range(False, 0, 0, diagonal)
-        return self._core.signed_range(True, *self._slices(begin, end), diagonal)
+        return self._core.signed_range(True, *self._span(begin, end), diagonal)
 
     def abs_range(self, begin: int | None = None, end: int | None = None) -> tuple[float, float]:
         """Smallest and largest magnitude of all slices, or of slices `begin` to `end` inclusive."""
         if begin is None and end is None:
             return self._core.absolute_range(False, 0, 0)
-        return self._core.absolute_range(True, *self._slices(begin, end))
+        return self._core.absolute_range(True, *self._span(begin, end))
 
-    def _slices(self, begin: int | None, end: int | None) -> tuple[int, int]:
+    def _span(self, begin: int | None, end: int | None) -> tuple[int, int]:
         first = 0 if begin is None else begin
         last = len(self) - 1 if end is None else end
         if first < 0 or last < 0:
@@ -422,10 +477,14 @@ class Dataset:
 
     # -- colours
 
-    basic_color = _color("basic_color", "(red, green, blue), 0 to 255; not stored in files.")
-    active_color = _color("active_color", "(red, green, blue), 0 to 255; not stored in files.")
-    suppressive_color = _color(
-        "suppressive_color", "(red, green, blue), 0 to 255; not stored in files."
+    basic_color = forwarded_color(
+        "basic_color", "Of the dataset itself: (red, green, blue), 0 to 255; not stored in files."
+    )
+    active_color = forwarded_color(
+        "active_color", "Of positive values: (red, green, blue), 0 to 255; not stored in files."
+    )
+    suppressive_color = forwarded_color(
+        "suppressive_color", "Of negative values: (red, green, blue), 0 to 255; not stored."
     )
 
     def __eq__(self, other: object) -> bool:
@@ -436,26 +495,10 @@ class Dataset:
         return id(self._core)
 
     def _repr_html_(self) -> str:
-        """For notebooks: what the dataset is, and its range, as a table."""
-        slices, rows, columns = self.shape
-        low, high = self.band
-        begin, end = self.latency
-        lines = [
-            ("shape", f"{slices} slices x {rows} x {columns} sensors"),
-            ("band", f"{low:g} to {high:g} Hz"),
-            ("latency", f"{begin:g} to {end:g}, {self.sampling_rate:g} slices per second"),
-            ("sensors", self.type_name),
-            ("note", self.note),
-        ]
-        if self.header.has_grid():
-            least, most = self.range()
-            lines.insert(4, ("values", f"{least:g} to {most:g}"))
-        cells = "".join(
-            f'<tr><th style="text-align:left;vertical-align:top">{what}</th>'
-            f'<td style="text-align:left;white-space:pre-wrap">{html.escape(text)}</td></tr>'
-            for what, text in lines
-        )
-        return f"<table><caption>{html.escape(self.name)}</caption>{cells}</table>"
+        """For notebooks: what the dataset is, as a table, and a picture of its mean over time."""
+        from .views import html_of
+
+        return html_of(self)
 
     def __repr__(self) -> str:
         slices, rows, columns = self.shape
@@ -466,37 +509,72 @@ class Dataset:
         )
 
 
-def _positions(wanted, count: int, labels: list[str]) -> np.ndarray:
+def _indices(wanted: Indices, count: int) -> npt.NDArray[np.integer]:
+    """Of slices, all from 0 on."""
+    everything = np.arange(count)
+    picked: npt.NDArray[np.integer]
+    if isinstance(wanted, slice):
+        picked = everything[wanted]
+    else:
+        chosen = np.atleast_1d(np.asarray(wanted))
+        picked = everything[chosen].ravel() if chosen.size else everything[:0]
+    if not len(picked):
+        raise IndexError("no slice is left of the dataset")
+    return picked
+
+
+def _positions(wanted: Sensors | None, names: list[str]) -> npt.NDArray[np.integer]:
     """Indices of the sensors that are named by index from 0 or by name."""
+    count = len(names)
     if wanted is None:
         return np.arange(count)
-    found = []
-    for sensor in wanted:
-        if isinstance(sensor, str):
-            if sensor not in labels:
-                raise IndexError(f"there is no sensor {sensor!r}")
-            found.append(labels.index(sensor))
-        elif -count <= sensor < count:
-            found.append(sensor % count)
-        else:
-            raise IndexError(f"there is no sensor {sensor}; they count from 0 to {count - 1}")
-    return np.array(found, dtype=int)
+    if isinstance(wanted, str):
+        raise TypeError("sensors are a list of names or indices, not one text")
+    if isinstance(wanted, (slice, np.ndarray)) and not _is_text(wanted):
+        found = np.arange(count)[wanted].ravel().tolist()
+    else:
+        found = [_position(sensor, names) for sensor in wanted]  # type: ignore[union-attr]
+    if not found:
+        raise IndexError("no sensor is left of the dataset")
+    if len(set(found)) != len(found):
+        raise ValueError("a sensor is named twice")
+    return np.array(found, dtype=np.int64)
 
 
-def _with_sensors(note: str, labels: list[str]) -> str:
-    """A computation note whose list of sensors is that of a part; without labels it is dropped."""
-    lines = [line for line in note.splitlines() if not line.startswith("Sensors: ")]
-    if labels:
-        lines.append("Sensors: " + ", ".join(f"{n} {text}" for n, text in enumerate(labels, 1)))
-    return "\n".join(lines)
+def _is_text(wanted: slice | npt.NDArray[np.generic]) -> bool:
+    return isinstance(wanted, np.ndarray) and wanted.dtype.kind in "UO"
 
 
-def open_dataset(path: str | os.PathLike) -> Dataset:
-    """Reads a `.cxc` file of any version the library knows."""
-    return Dataset.open(path)
+def _position(sensor: int | str, names: list[str]) -> int:
+    if isinstance(sensor, str):
+        if sensor not in names:
+            raise IndexError(f"there is no sensor {sensor!r}")
+        if names.count(sensor) > 1:
+            raise IndexError(f"several sensors are named {sensor!r}; choose by index")
+        return names.index(sensor)
+    index = operator.index(sensor)
+    if not -len(names) <= index < len(names):
+        raise IndexError(f"there is no sensor {index}; they count from 0 to {len(names) - 1}")
+    return index % len(names)
 
 
-def save_record(core, path: str | os.PathLike, overwrite: bool) -> None:
+def _is_all(indices: npt.NDArray[np.integer], names: list[str]) -> bool:
+    return np.array_equal(indices, np.arange(len(names)))
+
+
+def open_dataset(
+    path: str | os.PathLike[str], *, progress: Progress | None = None
+) -> Dataset:
+    """Reads a `.cxc` file of any version the library knows; `progress` is in bytes."""
+    return Dataset.open(path, progress=progress)
+
+
+def save_record(
+    core: _core.Dataset | _core.Package | _core.Group,
+    path: str | os.PathLike[str],
+    overwrite: bool,
+    progress: Progress | None = None,
+) -> None:
     """Saves a dataset, package or group whole or not at all, as `Dataset.save` says."""
     with whole_file(path, overwrite=overwrite) as draft:
-        core.save(os.fsencode(draft))
+        core.save(os.fsencode(draft), progress)

@@ -6,6 +6,7 @@
 #include <climits>
 #include <memory>
 #include <mutex>
+#include <utility>
 
 namespace py = pybind11;
 
@@ -49,6 +50,8 @@ PythonApp* g_app = nullptr;
 // The library is made for one thread. Only waited for without the interpreter lock, so that the
 // two cannot wait for each other. Recursive: collecting garbage can call in again.
 std::recursive_mutex g_oneCall;
+// Whether the thread that has g_oneCall is in Python code that a watched call asks.
+bool g_asking = false;
 PyObject* g_error = nullptr;
 
 // What a framework exception leaves when it is caught without the interpreter lock.
@@ -101,6 +104,24 @@ std::string about(const std::string& subject, const std::string& message) {
     throw py::error_already_set();
 }
 
+constexpr char busy[] = "the library is in the call that is being watched";
+
+// The call itself, in the thread that has the library.
+Outcome runAlone(const std::function<int()>& call, const Answers& answers, Caught& caught) {
+    Outcome outcome;
+    g_app->answers = answers;
+    g_app->messages.clear();
+    try {
+        outcome.result = call();
+    } catch (CException* e) {
+        caught = describe(e);
+    } catch (const std::bad_alloc&) {
+        caught.kind = Caught::Kind::memory;
+    }
+    outcome.messages.swap(g_app->messages);
+    return outcome;
+}
+
 }  // namespace
 
 py::str toPython(const CString& text) {
@@ -128,39 +149,75 @@ CString toPath(const std::string& path) {
     return afx::utf16(path);
 }
 
-Exclusive::Exclusive() {
-    const py::gil_scoped_release unlocked;
-    g_oneCall.lock();
+Exclusive::Exclusive(For use) {
+    {
+        const py::gil_scoped_release unlocked;
+        g_oneCall.lock();
+    }
+    if (use == For::changing && g_asking) {
+        g_oneCall.unlock();
+        fail(busy);
+    }
 }
 
 Exclusive::~Exclusive() {
     g_oneCall.unlock();
 }
 
-Outcome run(const std::function<int()>& call, const std::string& subject, const Answers& answers) {
+struct Watch::Raised {
+    py::error_already_set error;
+};
+
+Watch::Watch(py::object progress) : m_progress(std::move(progress)) {
+    if (!m_progress.is_none() && PyCallable_Check(m_progress.ptr()) == 0)
+        throw py::type_error("progress must be a function of two numbers, or None");
+}
+
+Watch::~Watch() = default;
+
+bool Watch::goesOn(__int64 done, __int64 total) noexcept {
+    if (m_raised != nullptr) return false;
+    const py::gil_scoped_acquire locked;
+    g_asking = true;
+    try {
+        if (PyErr_CheckSignals() != 0) throw py::error_already_set();
+        if (!m_progress.is_none()) m_progress(done, total);
+    } catch (py::error_already_set& error) {
+        m_raised.reset(new Raised{std::move(error)});
+    }
+    g_asking = false;
+    m_next = std::chrono::steady_clock::now() + std::chrono::milliseconds(50);
+    return m_raised == nullptr;
+}
+
+void Watch::orThrow(__int64 done, __int64 total) {
+    if (!goesOn(done, total)) AfxThrowUserException();
+}
+
+void Watch::raise() {
+    if (m_raised != nullptr) throw py::error_already_set(std::move(m_raised->error));
+}
+
+Outcome run(const std::function<int()>& call, const std::string& subject, const Answers& answers,
+            Watch* watch) {
     Outcome outcome;
     Caught caught;
+    bool refused = false;
     {
         const py::gil_scoped_release unlocked;
         const std::lock_guard<std::recursive_mutex> one(g_oneCall);
-        g_app->answers = answers;
-        g_app->messages.clear();
-        try {
-            outcome.result = call();
-        } catch (CException* e) {
-            caught = describe(e);
-        } catch (const std::bad_alloc&) {
-            caught.kind = Caught::Kind::memory;
-        }
-        outcome.messages.swap(g_app->messages);
+        refused = g_asking;
+        if (!refused) outcome = runAlone(call, answers, caught);
     }
+    if (refused) fail(busy);
+    if (watch != nullptr) watch->raise();
     if (caught.kind != Caught::Kind::none) raise(caught, subject);
     return outcome;
 }
 
 Outcome require(const std::function<int()>& call, const std::string& subject,
-                const std::string& otherwise, const Answers& answers) {
-    Outcome outcome = run(call, subject, answers);
+                const std::string& otherwise, const Answers& answers, Watch* watch) {
+    Outcome outcome = run(call, subject, answers, watch);
     if (outcome.result == 0)
         fail(about(subject, outcome.messages.empty() ? otherwise : outcome.message()));
     return outcome;

@@ -6,8 +6,10 @@
 
 #include <pybind11/pybind11.h>
 
+#include <chrono>
 #include <exception>
 #include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -35,21 +37,53 @@ struct Outcome {
     std::string message() const { return messages.empty() ? std::string() : messages.back(); }
 };
 
+/// Watches a long call: tells a Python function how far it is, and ends the call when that
+/// function, or a signal handler such as that of Ctrl-C, raises. Lives longer than the call.
+class Watch {
+public:
+    /// `progress(done, total)`, or None.
+    explicit Watch(pybind11::object progress);
+    ~Watch();
+    Watch(const Watch&) = delete;
+    Watch& operator=(const Watch&) = delete;
+
+    /// Whether it is time to ask again: some hundredths of a second after the last time.
+    bool due() const { return std::chrono::steady_clock::now() >= m_next; }
+    /// Asks Python. Called inside run, without the interpreter lock; false when the call shall end.
+    bool goesOn(__int64 done, __int64 total) noexcept;
+    /// The same as an exception that passes through the library.
+    void orThrow(__int64 done, __int64 total);
+
+    /// With the interpreter lock: raises what ended the call, if anything did.
+    void raise();
+
+private:
+    struct Raised;
+
+    const pybind11::object m_progress;
+    std::unique_ptr<Raised> m_raised;
+    std::chrono::steady_clock::time_point m_next;
+};
+
 /// Runs `call` with the interpreter lock released. A framework exception becomes a Python one
-/// that names `subject` (a path, or empty): OSError and its kinds, MemoryError, CxcError.
+/// that names `subject` (a path, or empty): OSError and its kinds, MemoryError, CxcError. What a
+/// watch has raised comes before all others.
 Outcome run(const std::function<int()>& call, const std::string& subject = {},
-            const Answers& answers = {});
+            const Answers& answers = {}, Watch* watch = nullptr);
 
 /// As run, but a result of 0 is an error too: CxcError with the library's own message, or
 /// `otherwise` when it had none.
 Outcome require(const std::function<int()>& call, const std::string& subject,
-                const std::string& otherwise, const Answers& answers = {});
+                const std::string& otherwise, const Answers& answers = {}, Watch* watch = nullptr);
 
 /// Keeps the library to this thread while Python's side looks into a dataset, so that no call of
 /// another thread changes it meanwhile. The interpreter lock is held again afterwards.
+/// Python code that a watched call asks may look, but is refused changes and calls (CxcError).
 class Exclusive {
 public:
-    Exclusive();
+    enum class For { looking, changing };
+
+    explicit Exclusive(For use = For::looking);
     ~Exclusive();
     Exclusive(const Exclusive&) = delete;
     Exclusive& operator=(const Exclusive&) = delete;

@@ -1,11 +1,13 @@
 #include "containers.h"
 
+#include "cxcpkg/across_datasets.h"
 #include "records.h"
 
 #include <pybind11/stl.h>
 
 #include <array>
 #include <memory>
+#include <numeric>
 #include <utility>
 #include <vector>
 
@@ -30,9 +32,16 @@ public:
     Use& operator=(const Use&) = delete;
 
 private:
-    const Exclusive m_here;  // before the flag is looked at
+    const Exclusive m_here{Exclusive::For::changing};  // before the flag is looked at
     bool& m_used;
 };
+
+template <class At>
+double bytesOf(At begin, At end) {
+    return std::accumulate(begin, end, 0.0, [](double sum, const Shared& dataset) {
+        return sum + (dataset == nullptr ? 0.0 : storedBytes(*dataset));
+    });
+}
 
 // The library's containers own their datasets alone. Python shares them, so the datasets live
 // here, and the library's container gets the bare pointers for the length of one call: whatever
@@ -57,11 +66,14 @@ public:
         call();
     }
 
-    void load(const std::string& path) {
+    double bytes() const { return bytesOf(slots.begin(), slots.end()); }
+
+    void load(const std::string& path, py::object progress) {
+        Watch watch(std::move(progress));
         // Loading releases what the slots hold, so they are lent empty; what a failed load has
         // left goes with them.
         auto fresh = std::make_unique<CSnsCohFacezq>();
-        loadRecord(*fresh, path);
+        loadRecord(*fresh, path, watch);
         const Use use(used);
         slots = {take(fresh->m_cohActive), take(fresh->m_cohControl), take(fresh->m_cohActCtl)};
         fields.m_pkgID = fresh->m_pkgID;
@@ -133,14 +145,17 @@ public:
         call();
     }
 
-    void load(const std::string& path) {
+    double bytes() const { return bytesOf(members.begin(), members.end()); }
+
+    void load(const std::string& path, py::object progress) {
+        Watch watch(std::move(progress));
         auto fresh = std::make_unique<CGroupMeegCxcFacezq>();
         // A group does not release its datasets when it ends.
         struct Cleaner {
             CGroupMeegCxcFacezq& group;
             ~Cleaner() { group.cleanSnsCohPkg(); }
         } cleaner{*fresh};
-        loadRecord(*fresh, path);
+        loadRecord(*fresh, path, watch);
         std::vector<Shared> loaded;
         CPtrArray& list = fresh->m_cohDatasets;
         for (INT_PTR i = 0; i < list.GetSize(); ++i) {
@@ -201,20 +216,43 @@ py::tuple matchSelections(Package& p, std::pair<__int64, __int64> active,
     return py::make_tuple(active, control);
 }
 
-Shared average(Group& g) {
+// Tells a watch of the rows of results while it lives.
+class WatchedRows {
+public:
+    explicit WatchedRows(Watch& watch) {
+        cxc::watchRows([&watch](__int64 done, __int64 rows) {
+            return (done < rows && !watch.due()) || watch.goesOn(done, rows);
+        });
+    }
+    ~WatchedRows() { cxc::watchRows({}); }
+    WatchedRows(const WatchedRows&) = delete;
+    WatchedRows& operator=(const WatchedRows&) = delete;
+};
+
+// Calls an operation of the group that appends results, all or none.
+template <class Operation>
+void takeTogether(Group& g, py::object progress, const char* otherwise, Operation operation) {
+    Watch watch(std::move(progress));
     g.with([&] {
-        require([&] { return g.fields.averageAll(); }, "",
-                "there is nothing to average, or not enough memory");
+        require(
+            [&] {
+                const WatchedRows rows(watch);
+                return operation();
+            },
+            "", otherwise, {}, &watch);
     });
+}
+
+Shared average(Group& g, py::object progress) {
+    takeTogether(g, std::move(progress), "there is nothing to average, or not enough memory",
+                 [&] { return g.fields.averageAll(); });
     return g.members.back();
 }
 
 // Minimum, mean and maximum.
-std::vector<Shared> summarise(Group& g) {
-    g.with([&] {
-        require([&] { return g.fields.summaryAll(); }, "",
-                "there is nothing to summarise, or not enough memory");
-    });
+std::vector<Shared> summarise(Group& g, py::object progress) {
+    takeTogether(g, std::move(progress), "there is nothing to summarise, or not enough memory",
+                 [&] { return g.fields.summaryAll(); });
     return {g.members.end() - 3, g.members.end()};
 }
 
@@ -251,11 +289,17 @@ void defineFields(py::class_<Container>& c) {
                 const Use use(k.used);
                 k.fields.m_curntCohDataSetID = current;
             })
-        .def("save",
-             [](Container& k, const std::string& path) {
-                 k.with([&] { saveRecord(k.fields, path, "a dataset could not be stored"); });
-             })
-        .def("load", &Container::load);
+        .def(
+            "save",
+            [](Container& k, const std::string& path, py::object progress) {
+                Watch watch(std::move(progress));
+                const double bytes = k.bytes();
+                k.with([&] {
+                    saveRecord(k.fields, path, bytes, watch, "a dataset could not be stored");
+                });
+            },
+            py::arg("path"), py::arg("progress") = py::none())
+        .def("load", &Container::load, py::arg("path"), py::arg("progress") = py::none());
 }
 
 }  // namespace
@@ -274,8 +318,8 @@ void registerContainers(py::module_& m) {
         .def_property(
             "members", [](const Group& g) { return g.members; }, &Group::replace)
         .def("extend", &Group::extend)
-        .def("average", average)
-        .def("summarise", summarise);
+        .def("average", average, py::arg("progress") = py::none())
+        .def("summarise", summarise, py::arg("progress") = py::none());
     defineFields(group);
 }
 

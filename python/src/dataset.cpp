@@ -2,6 +2,8 @@
 
 #include "calls.h"
 #include "cxcdata/array_exchange.h"
+#include "cxcfile/text_export.h"
+#include "part.h"
 #include "records.h"
 
 #include <pybind11/numpy.h>
@@ -10,6 +12,7 @@
 #include <cmath>
 #include <memory>
 #include <tuple>
+#include <utility>
 
 namespace py = pybind11;
 
@@ -100,7 +103,7 @@ Integers channels(Dataset& d) {
 
 template <__int64 CWavChnlChnlData::*member>
 void setChannels(Dataset& d, const Integers& numbers) {
-    const Exclusive here;
+    const Exclusive here(Exclusive::For::changing);
     needGrid(d);
     if (numbers.ndim() != 2 || numbers.shape(0) != d.m_snsRowTotal ||
         numbers.shape(1) != d.m_snsColTotal)
@@ -112,13 +115,15 @@ void setChannels(Dataset& d, const Integers& numbers) {
     }
 }
 
-void save(Dataset& d, const std::string& path) {
-    saveRecord(d, path, "the dataset could not be stored");
+void save(Dataset& d, const std::string& path, py::object progress) {
+    Watch watch(std::move(progress));
+    saveRecord(d, path, storedBytes(d), watch, "the dataset could not be stored");
 }
 
-std::shared_ptr<Dataset> load(const std::string& path) {
+std::shared_ptr<Dataset> load(const std::string& path, py::object progress) {
+    Watch watch(std::move(progress));
     auto dataset = std::make_shared<Dataset>();
-    loadRecord(*dataset, path);
+    loadRecord(*dataset, path, watch);
     return dataset;
 }
 
@@ -181,12 +186,27 @@ py::tuple absoluteRange(Dataset& d, bool time, __int64 begin, __int64 end) {
 }
 
 // Errors name `target`, which the user knows.
-void exportText(Dataset& d, const std::string& path, const std::string& target) {
+void exportText(Dataset& d, const std::string& path, const std::string& target,
+                py::object progress) {
     needGrid(d);
-    Answers answers;
-    answers.filePath = toPath(path);
-    require([&] { return d.exportCxc2txtFile(); }, target, "the text could not be written",
-            answers);
+    const CString name = toPath(path);
+    Watch watch(std::move(progress));
+    require(
+        [&] {
+            // As the library's own export does, for good.
+            if (d.m_cxcName.IsEmpty()) d.m_cxcName = _T("CxC Data");
+            // A coherence takes ten characters of two bytes.
+            const double bytes = 20.0 * static_cast<double>(d.m_snsRowTotal) *
+                                 static_cast<double>(d.m_snsColTotal) *
+                                 static_cast<double>(d.m_cohTimTotal);
+            WatchedFile file(name, CFile::modeCreate | CFile::modeWrite, watch, bytes);
+            if (!cxc::writeText(file, d)) return 0;
+            file.Flush();
+            file.tellEnd();
+            file.Close();
+            return 1;
+        },
+        target, "the text could not be written", {}, &watch);
 }
 
 template <CString CSnsCohData::*member>
@@ -198,7 +218,7 @@ void text(DatasetClass& c, const char* name) {
             return toPython(d.*member);
         },
         [](Dataset& d, const py::str& value) {
-            const Exclusive here;
+            const Exclusive here(Exclusive::For::changing);
             d.*member = fromPython(value);
         });
 }
@@ -280,8 +300,9 @@ void defineOperations(DatasetClass& c) {
         .def("set_select", &Dataset::setSelect)
         .def("latency_of", &Dataset::getLatency4PtSecond)
         .def("type_name", [](Dataset& d) { return toPython(d.getChnlTypeIDname()); })
-        .def("save", save)
-        .def_static("load", load)
+        .def("save", save, py::arg("path"), py::arg("progress") = py::none())
+        .def_static("load", load, py::arg("path"), py::arg("progress") = py::none())
+        .def("part", partOf)
         .def("normalize_rms",
              [](Dataset& d) { require([&] { return d.normRMS(); }, "", "no values"); })
         .def("check_range",
@@ -307,7 +328,8 @@ void defineOperations(DatasetClass& c) {
              })
         .def("accumulate_time",
              [](Dataset& d) { require([&] { return d.accumulateTime1(); }, "", "no values"); })
-        .def("export_text", exportText);
+        .def("export_text", exportText, py::arg("path"), py::arg("target"),
+             py::arg("progress") = py::none());
 }
 
 }  // namespace

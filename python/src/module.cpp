@@ -1,4 +1,5 @@
 // cxc._core: the library for Python. The modules of the package give it its Python face.
+#include "across.h"
 #include "calls.h"
 #include "containers.h"
 #include "dataset.h"
@@ -9,4 +10,5 @@ PYBIND11_MODULE(_core, m) {
     binding::registerCalls(m);
     binding::registerDataset(m);
     binding::registerContainers(m);
+    binding::registerAcross(m);
 }

@@ -1,202 +1,287 @@
-"""Exchange formats, each read by the program that it is for."""
+"""Conversion between the formats: what comes back, and what is refused in one line."""
 
-import csv
-import subprocess
+import warnings
 
 import numpy as np
 import pytest
+from exchange_data import LABELS, NOTE, bytes_of, make_dataset
 
 import cxc
 from cxc import exchange
+from cxc.cli import main
 from cxc.errors import CommandError
 
-LABELS = ["Fp1", "Cz", "O2", "M1"]
-
 
 @pytest.fixture()
-def dataset():
-    values = np.random.default_rng(5).normal(size=(3, 4, 4))
-    values[:, 3, :] = values[:, :, 3] = 0.0  # a sensor without coupling
-    values[0, 0, 1] = 1 / 3
-    return cxc.Dataset.from_array(
-        values, sampling_rate=2.0, latency=(1.5, 2.5), band=(8.0, 13.0), name="alpha & <more>",
-        note="How\nSensors: 1 Fp1, 2 Cz, 3 O2, 4 M1", channels=[11, 12, 13, 14], channel_type=2,
-    )  # fmt: skip
-
-
-@pytest.fixture()
-def file(dataset, tmp_path):
+def file(tmp_path):
     path = str(tmp_path / "a.cxc")
-    dataset.save(path)
+    make_dataset().save(path)
     return path
 
 
+@pytest.mark.parametrize("ending", ["nc", "h5", "hdf5", "mat", "npz"])
+@pytest.mark.parametrize(
+    "changes",
+    [
+        {},
+        {"note": "", "name": ""},  # sensors without names, and empty texts
+        {"note": "no names", "sampling_rate": 0.0},
+        {"note": NOTE + "\nand more\n", "name": "µ 中", "latency": (-0.25, 9.0)},
+        {"channels": [-7, 5, 5, 2**62], "channel_type": 3, "sampling_rate": 1 / 3},
+        {"band": (0.1, 1.0), "latency": (1e6, 1e6 + 1 / 3), "sampling_rate": 1000.0},
+    ],
+)
+def test_a_dataset_comes_back_whole(tmp_path, ending, changes):
+    dataset = make_dataset(**changes)
+    dataset.save(tmp_path / "a.cxc")
+    there = str(tmp_path / f"x.{ending}")
+    exchange.convert(str(tmp_path / "a.cxc"), there)
+    exchange.convert(there, str(tmp_path / "back.cxc"))
+    assert (tmp_path / "back.cxc").read_bytes() == (tmp_path / "a.cxc").read_bytes()
+
+
 @pytest.mark.parametrize("ending", ["nc", "mat", "npz"])
-def test_a_dataset_comes_back_whole(file, tmp_path, ending):
-    there, back = str(tmp_path / f"x.{ending}"), str(tmp_path / "back.cxc")
-    exchange.convert(file, there)
-    exchange.convert(there, back)
-    with open(file, "rb") as a, open(back, "rb") as b:
-        assert a.read() == b.read()
+@pytest.mark.parametrize("slices, sensors", [(1, 3), (5, 1), (1, 1)])
+def test_small_ones_come_back_whole(tmp_path, ending, slices, sensors):
+    values = np.arange(1.0, 1 + slices * sensors**2).reshape(slices, sensors, sensors)
+    dataset = cxc.Dataset.from_array(
+        values, channels=range(7, 7 + sensors), sampling_rate=4.0, latency=(1, 3), note="n"
+    )
+    dataset.save(tmp_path / "a.cxc")
+    there = str(tmp_path / f"x.{ending}")
+    exchange.convert(str(tmp_path / "a.cxc"), there)
+    back = exchange.convert(there, str(tmp_path / "back.cxc"))
+    np.testing.assert_array_equal(back.to_array(), values)
+    assert bytes_of(back, tmp_path) == (tmp_path / "a.cxc").read_bytes()
 
 
-def test_netcdf_is_laid_out_as_connectivity_tools_expect(dataset, tmp_path):
-    import h5py
-    import netCDF4
-    import xarray
+@pytest.mark.parametrize("ending", ["nc", "mat", "npz"])
+def test_values_that_are_not_finite_come_back(tmp_path, ending):
+    values = make_dataset().to_array()
+    values[0, 0, 0], values[1, 1, 0], values[2, 0, 1] = np.nan, np.inf, -np.inf
+    there = str(tmp_path / f"x.{ending}")
+    cxc.Dataset.from_array(values).save(tmp_path / "a.cxc")
+    exchange.convert(str(tmp_path / "a.cxc"), there)
+    back = exchange.convert(there, str(tmp_path / "b.cxc"))
+    np.testing.assert_array_equal(back.to_array(), values)
 
+
+def test_channel_numbers_of_rows_and_columns_come_back_apart(tmp_path):
+    dataset = make_dataset()
+    dataset.channels_b = dataset.channels_b + 100
     path = str(tmp_path / "a.nc")
     exchange.to_netcdf(dataset, path)
-    values = dataset.to_array()
-    with xarray.open_dataarray(path, engine="netcdf4") as array:
-        assert array.name == "connectivity"
-        assert array.dims == ("node_in -> node_out", "freqs", "times")
-        assert array.attrs["data_structure"] == "SpectroTemporalConnectivity"
-        assert array.attrs["n_nodes"] == 4 and array.attrs["indices"] == "all"
-        assert list(array.attrs["node_names"]) == LABELS
-        np.testing.assert_array_equal(array.coords["times"], [1.5, 2.0, 2.5])
-        assert "from * sensors + to" in array.attrs["pair_order"]
-        np.testing.assert_array_equal(array.values[0 * 4 + 1, 0], values[:, 0, 1])
-    with netCDF4.Dataset(path) as plain:
-        np.testing.assert_array_equal(plain["connectivity"][2 * 4 + 0, 0], values[:, 2, 0])
-    with h5py.File(path) as plain:
-        np.testing.assert_array_equal(plain["connectivity"][1 * 4 + 2, 0], values[:, 1, 2])
+    back = exchange.from_netcdf(path)
+    np.testing.assert_array_equal(back.channels_a, dataset.channels_a)
+    np.testing.assert_array_equal(back.channels_b, dataset.channels_b)
 
 
-def test_matlab_is_read_by_octave_and_scipy(dataset, tmp_path):
-    from scipy.io import loadmat
-
-    path = str(tmp_path / "a.mat")
-    exchange.to_matlab(dataset, path)
-    values = dataset.to_array()
-    structure = loadmat(path)["coh"][0, 0]
-    np.testing.assert_array_equal(structure["cohspctrm"][0, 1], values[:, 0, 1])
-    script = (
-        f"load('{path}'); printf('%s\\n', coh.dimord, coh.label{{3}}); "
-        "printf('%d ', size(coh.cohspctrm)); printf('%.17g\\n', coh.cohspctrm(1, 2, 1)); "
-        "printf('%g ', coh.time)"
-    )
-    told = subprocess.run(
-        ["octave-cli", "--no-gui", "--norc", "--eval", script],
-        capture_output=True, text=True, check=True,
-    ).stdout.split()  # fmt: skip
-    assert told == ["chan_chan_time", "O2", "4", "4", "3", repr(1 / 3) + "1", "1.5", "2", "2.5"]
+def test_channel_numbers_that_no_format_holds_are_told(tmp_path):
+    dataset = make_dataset()
+    numbers = dataset.channels_a.copy()
+    numbers[1, 2] = 99
+    dataset.channels_a = numbers
+    with pytest.warns(UserWarning, match="channel numbers differ"):
+        exchange.to_npz(dataset, str(tmp_path / "a.npz"))
 
 
-def test_what_octave_has_edited_becomes_a_dataset(dataset, tmp_path):
-    path, edited = str(tmp_path / "a.mat"), str(tmp_path / "b.mat")
-    exchange.to_matlab(dataset, path)
-    script = f"load('{path}'); coh.cohspctrm(2, 3, 1) = 7; save('-v7', '{edited}', 'coh')"
-    subprocess.run(["octave-cli", "--norc", "--eval", script], check=True, capture_output=True)
-    back = exchange.from_matlab(edited)
-    assert back.value(0, 1, 2) == 7.0
-    assert back.band == (8.0, 13.0) and back.latency == (1.5, 2.5)
-    assert exchange.labels_of(back) == LABELS
+@pytest.mark.parametrize(
+    "line, labels",
+    [
+        ("Sensors: 1 Fp1, 2 Cz, ref, 3 O 2, 4 M1", ["Fp1", "Cz, ref", "O 2", "M1"]),
+        ("Sensors: 1 Fp1, 2 Cz, 3 O2", ["11", "12", "13", "14"]),  # one is missing
+        ("Sensors: 1 a, 2 b, 3 c, 4 d, 5 e", ["11", "12", "13", "14"]),  # one too many
+        ("Sensors: 1 a, 2 , 3 c, 4 d", ["11", "12", "13", "14"]),  # one without a name
+        ("nothing", ["11", "12", "13", "14"]),
+    ],
+)
+def test_sensors_are_named_by_the_note_or_their_numbers(line, labels):
+    assert exchange.labels_of(make_dataset(note="How\n" + line)) == labels
 
 
-def test_csv_is_row_by_row_with_every_digit(file, dataset, tmp_path):
-    path = str(tmp_path / "a.csv")
-    exchange.convert(file, path)
-    with open(path) as text:
-        lines = list(csv.DictReader(text))
-    assert lines[4] == {
-        "slice": "1", "latency": "2.0", "row": "1", "column": "2", "row_channel": "11",
-        "column_channel": "12", "value": repr(dataset.value(1, 0, 1)),
-    }  # fmt: skip
-    assert len(lines) == 3 * 4 * 4
+def test_an_edited_part_tells_its_own_sensors_and_times(tmp_path):
+    path = str(tmp_path / "a.npz")
+    exchange.to_npz(make_dataset(), path)
+    fields = dict(np.load(path))
+    fields["values"] = fields["values"][1:, 1:, 1:]
+    fields["labels"], fields["time"] = fields["labels"][1:], fields["time"][1:]
+    np.savez(path, **fields)
+    part = exchange.from_numpy(path)
+    assert exchange.labels_of(part) == LABELS[1:]
+    assert part.note.startswith("How\n\n  it was computed \nSensors: 1 Cz, ref, 2 O")
+    assert part.sampling_rate == 2.0 and part.latency == (2.0, 2.5)
+    assert part.channels_a[:, 0].tolist() == part.channels_b[0].tolist() == [1, 2, 3]
 
 
-def test_graphml_keeps_sensors_without_an_edge(dataset, tmp_path):
-    import networkx
-
-    path = str(tmp_path / "a.graphml")
-    exchange.to_graphml(dataset, path)
-    graph = networkx.read_graphml(path)
-    assert [graph.nodes[n]["label"] for n in ("1", "2", "3", "4")] == LABELS
-    assert list(networkx.isolates(graph)) == ["4"]
-    mean = dataset.to_array().mean(axis=0)
-    assert graph.edges["1", "3"]["weight"] == mean[0, 2]
-    assert graph.number_of_edges() == 6
+def test_times_alone_give_rate_and_latency(tmp_path):
+    path = str(tmp_path / "a.npz")
+    np.savez(path, values=np.ones((3, 2, 2)), time=[1.0, 1.25, 1.5], labels=["a", "b\nc"])
+    made = exchange.from_numpy(path)
+    assert made.sampling_rate == 4.0 and made.latency == (1.0, 1.5)
+    assert made.name == "a" and made.note == "From a.npz\nSensors: 1 a, 2 b c"
 
 
 def test_numpy_arrays_become_datasets(tmp_path):
     path = str(tmp_path / "a.npy")
-    values = np.arange(18.0).reshape(2, 3, 3)
+    values = np.arange(18, dtype=np.float32).reshape(2, 3, 3)
     np.save(path, values)
     made = exchange.convert(path, str(tmp_path / "a.cxc"))
     np.testing.assert_array_equal(made.to_array(), values)
+    np.save(path, values[0])
+    np.testing.assert_array_equal(exchange.from_numpy(path).to_array(), values[:1])
 
 
-def test_a_spectrum_without_times_is_one_slice(tmp_path):
-    import xarray
+def test_a_grid_that_is_not_square_goes_where_it_can_be_told(tmp_path):
+    values = np.arange(1.0, 13.0).reshape(2, 2, 3)
+    dataset = cxc.Dataset.from_array(values)
+    for write in (exchange.to_netcdf, exchange.to_matlab, exchange.to_graphml):
+        with pytest.raises(CommandError, match="a: rows and columns differ"):
+            write(dataset, str(tmp_path / "a"))
+    assert not list(tmp_path.iterdir())
+    exchange.to_npz(dataset, str(tmp_path / "a.npz"))
+    np.testing.assert_array_equal(exchange.from_numpy(str(tmp_path / "a.npz")).to_array(), values)
 
-    path = str(tmp_path / "a.nc")
-    xarray.DataArray(
-        np.arange(4.0).reshape(4, 1), dims=("node_in -> node_out", "freqs"),
-        coords={"freqs": [10.0]}, attrs={"n_nodes": 2}, name="connectivity",
-    ).to_netcdf(path)  # fmt: skip
-    made = exchange.from_netcdf(path)
-    np.testing.assert_array_equal(made.to_array(), [[[0.0, 1.0], [2.0, 3.0]]])
+
+@pytest.mark.parametrize("name", ["a.nc", "a.mat", "a.npz", "a.csv", "a.graphml"])
+def test_a_dataset_without_values_is_refused(tmp_path, name):
+    cxc.Dataset().save(tmp_path / "empty.cxc")
+    with pytest.raises(CommandError, match=f"{name}: the dataset holds no values"):
+        exchange.convert(str(tmp_path / "empty.cxc"), str(tmp_path / name))
+    assert [path.name for path in tmp_path.iterdir()] == ["empty.cxc"]
 
 
 @pytest.mark.parametrize(
-    "name, content, told",
+    "fields, told",
     [
-        ("a.nc", b"no", "is no netCDF file"),
-        ("a.mat", b"no", "is no MATLAB file"),
-        ("a.npy", b"no", "is no NumPy file"),
-        ("a.xyz", b"no", "reads .cxc"),
+        ({"values": np.zeros((2, 2, 2), dtype=complex)}, "complex values"),
+        ({"values": np.zeros(3)}, "no real numbers"),
+        ({"values": np.zeros((2, 3))}, "no real numbers"),
+        ({"values": np.zeros((0, 2, 2))}, "no real numbers"),
+        ({"values": np.array(["a"])}, "no real numbers"),
+        ({"matrix": np.zeros((2, 2, 2))}, "no array named values; its arrays: matrix"),
+        ({"values": np.zeros((2, 2, 2)), "time": [1.0]}, "1 times, but holds 2 slices"),
+        ({"values": np.zeros((2, 2, 2)), "time": ["a", "b"]}, "could not convert string"),
+        ({"values": np.zeros((3, 2, 2)), "time": [1, 2, 9]}, "do not go up in equal steps"),
+        ({"values": np.zeros((2, 2, 2)), "time": [2, 1]}, "do not go up in equal steps"),
+        ({"values": np.zeros((2, 2, 2)), "labels": ["a"]}, "names 1 sensors"),
+        ({"values": np.zeros((2, 2, 2)), "band": "high"}, "could not convert string"),
+        ({"values": np.zeros((2, 2, 2)), "channel_type": 9}, "channel_type is 9"),
+        ({"values": np.zeros((2, 2, 2)), "row_channels": ["x", "y"]}, "invalid literal"),
     ],
 )
-def test_a_wrong_kind_of_file_gets_one_line(tmp_path, name, content, told):
+def test_arrays_that_are_no_dataset_are_refused(tmp_path, fields, told):
+    path = str(tmp_path / "a.npz")
+    np.savez(path, **fields)
+    with pytest.raises(CommandError, match=told) as error:
+        exchange.convert(path, str(tmp_path / "b.cxc"))
+    assert str(error.value).startswith(path + ": ") and "\n" not in str(error.value)
+    assert [file.name for file in tmp_path.iterdir()] == ["a.npz"]
+
+
+@pytest.mark.parametrize("content", [b"", b"no", b"PK\x03\x04 broken", b"\x89HDF\r\n\x1a\n" * 9])
+@pytest.mark.parametrize(
+    "name, told",
+    [
+        ("a.nc", "is no netCDF file"),
+        ("a.h5", "is no netCDF file"),
+        ("a.mat", "MATLAB|of version 7.3|structures with a dimord"),
+        ("a.npy", "is no NumPy file"),
+        ("a.npz", "is no NumPy file"),
+    ],
+)
+def test_a_wrong_kind_of_file_gets_one_line(tmp_path, capsys, name, told, content):
     path = tmp_path / name
     path.write_bytes(content)
     with pytest.raises(CommandError, match=told):
         exchange.convert(str(path), str(tmp_path / "b.cxc"))
-    assert not (tmp_path / "b.cxc").exists()
+    assert main(["convert", str(path), str(tmp_path / "b.cxc")]) == 1
+    line = capsys.readouterr().err
+    assert line.startswith(f"cxc: {path}: ") and line.count("\n") == 1
+    assert [file.name for file in tmp_path.iterdir()] == [name]
 
 
-@pytest.mark.parametrize(
-    "values, told",
-    [
-        (np.zeros((2, 2, 2), dtype=complex), "complex"),
-        (np.zeros(3), "no real numbers"),
-        (np.zeros((0, 2, 2)), "no real numbers"),
-        (np.array(["a"]), "no real numbers"),
-    ],
-)
-def test_arrays_that_are_no_dataset_are_refused(tmp_path, values, told):
-    path = str(tmp_path / "a.npy")
-    np.save(path, values)
-    with pytest.raises(CommandError, match=told):
-        exchange.from_numpy(path)
+def test_a_damaged_archive_gets_one_line(tmp_path):
+    path = tmp_path / "a.npz"
+    np.savez_compressed(path, values=np.random.default_rng(1).random((3, 4, 4)))
+    content = bytearray(path.read_bytes())
+    content[100:140] = bytes(40)
+    path.write_bytes(content)
+    with pytest.raises(CommandError, match="is no NumPy file that can be read"):
+        exchange.from_numpy(str(path))
 
 
-def test_a_grid_that_is_not_square_is_refused_where_it_cannot_be_told(tmp_path):
-    dataset = cxc.Dataset.from_array(np.ones((2, 2, 3)))
-    for write, name in [(exchange.to_netcdf, "a.nc"), (exchange.to_matlab, "a.mat")]:
-        with pytest.raises(CommandError, match="rows and columns differ"):
-            write(dataset, str(tmp_path / name))
-    exchange.to_csv(dataset, str(tmp_path / "a.csv"))
-    assert sorted(path.name for path in tmp_path.iterdir()) == ["a.csv"]
+@pytest.mark.parametrize("ending", ["nc", "mat", "npz"])
+def test_any_cut_of_a_file_is_refused_or_still_whole(tmp_path, ending):
+    whole = tmp_path / f"whole.{ending}"
+    dataset = make_dataset()
+    dataset.save(tmp_path / "a.cxc")
+    exchange.convert(str(tmp_path / "a.cxc"), str(whole))
+    content = whole.read_bytes()
+    cut = tmp_path / f"cut.{ending}"
+    target = tmp_path / "b.cxc"
+    for length in range(0, len(content), max(1, len(content) // 40)):
+        cut.write_bytes(content[:length])
+        with pytest.raises(CommandError), warnings.catch_warnings():
+            warnings.simplefilter("ignore")
+            exchange.convert(str(cut), str(target))
+        assert not target.exists()
 
 
 def test_the_command_converts_by_the_endings(file, tmp_path, capsys):
-    from cxc.cli import main
-
-    assert main(["convert", file, str(tmp_path / "a.nc")]) == 0
-    assert capsys.readouterr().out.endswith("a.nc: 3 slices of 4 x 4 sensors\n")
-    assert main(["convert", file, str(tmp_path / "a.nc")]) == 1
-    assert capsys.readouterr().err.endswith("a.nc: exists already; --force replaces it\n")
+    target = str(tmp_path / "a.NC")
+    assert main(["convert", file, target]) == 0
+    assert capsys.readouterr().out == f"{target}: 3 slices of 4 x 4 sensors\n"
+    assert main(["convert", file, target]) == 1
+    assert capsys.readouterr().err == f"cxc: {target}: exists already; --force replaces it\n"
+    assert main(["convert", file, target, "--force"]) == 0
+    capsys.readouterr()
     assert main(["convert", file, str(tmp_path / "a.xls")]) == 1
-    assert "writes .csv, .cxc" in capsys.readouterr().err
+    assert "a.xls: what can be written ends with .csv, .cxc" in capsys.readouterr().err
+    assert main(["convert", str(tmp_path / "a.csv"), str(tmp_path / "b.cxc")]) == 1
+    assert "a.csv: what can be read ends with .cxc, .h5" in capsys.readouterr().err
 
 
-def test_existing_outputs_are_kept(file, tmp_path):
-    path = tmp_path / "a.nc"
+@pytest.mark.parametrize(
+    "source, target, told",
+    [
+        ("none.nc", "b.cxc", "none.nc: no such file"),
+        ("folder.nc", "b.cxc", "folder.nc: is a folder, not a file"),
+        ("a.cxc", "none/b.nc", "none: no such folder"),
+        ("a.cxc", "folder.nc", "folder.nc: is a folder, not a name for the output"),
+    ],
+)
+def test_files_that_are_not_there_get_one_line(file, tmp_path, source, target, told):
+    (tmp_path / "folder.nc").mkdir()
+    with pytest.raises(CommandError, match=told):
+        exchange.convert(str(tmp_path / source), str(tmp_path / target))
+
+
+@pytest.mark.parametrize("ending", ["nc", "mat", "npz", "csv", "graphml", "cxc"])
+def test_existing_outputs_are_kept(file, tmp_path, ending):
+    path = tmp_path / f"kept.{ending}"
     path.write_bytes(b"kept")
     with pytest.raises(CommandError, match="exists already"):
         exchange.convert(file, str(path))
     assert path.read_bytes() == b"kept"
     exchange.convert(file, str(path), overwrite=True)
-    assert exchange.from_netcdf(str(path)).band == (8.0, 13.0)
+    assert path.read_bytes() != b"kept"
+
+
+@pytest.mark.parametrize("ending", ["nc", "mat", "npz", "csv", "graphml"])
+def test_an_interrupted_export_leaves_nothing(file, tmp_path, ending, monkeypatch):
+    """Interrupted when all is written and only the name is still to be given."""
+    def interrupt(*_):
+        raise KeyboardInterrupt
+
+    monkeypatch.setattr("os.replace", interrupt)
+    assert main(["convert", file, str(tmp_path / f"b.{ending}"), "--force"]) == 130
+    assert [path.name for path in tmp_path.iterdir()] == ["a.cxc"]
+
+
+@pytest.mark.parametrize("ending", ["nc", "mat", "npz", "csv", "graphml"])
+def test_names_with_odd_characters_do_no_harm(tmp_path, ending):
+    odd = ["a\tb", 'q"u,o;te', "\x01\x1b[31m", "=1+1"]
+    note = "Sensors: " + ", ".join(f"{n} {label}" for n, label in enumerate(odd, 1))
+    make_dataset(note=note, name="]]> </x> \x02").save(tmp_path / "a.cxc")
+    exchange.convert(str(tmp_path / "a.cxc"), str(tmp_path / f"o d'd.{ending}"))
+    assert (tmp_path / f"o d'd.{ending}").stat().st_size > 0

@@ -1,0 +1,205 @@
+"""What the exchange formats have in common: order of pairs, names, times, and the way back."""
+
+from __future__ import annotations
+
+import os
+import warnings
+from typing import Any, Mapping, Sequence
+
+import numpy as np
+
+from .dataset import Dataset
+from .errors import CommandError
+
+PAIR_ORDER = (
+    "row-major, counted from 0: pair (from, to) is entry from * sensors + to; from is the row and "
+    "stands first, to is the column"
+)
+_SENSORS = "Sensors: "
+
+
+def labels_of(dataset: Dataset) -> list[str]:
+    """The sensors' names: those that the computation note lists, or else their channel numbers."""
+    sensors = dataset.shape[1]
+    for line in dataset.note.splitlines():
+        if line.startswith(_SENSORS):
+            named = _listed(line[len(_SENSORS) :], sensors)
+            if named:
+                return named
+    numbers = dataset.channels_a[:, :1].ravel().tolist()
+    if len(set(numbers)) == sensors:
+        return [str(number) for number in numbers]
+    return [str(i + 1) for i in range(sensors)]
+
+
+def _listed(text: str, sensors: int) -> list[str]:
+    """The names in "1 Fp1, 2 Cz"; none when it does not list so many. Names may hold commas."""
+    named = []
+    for number in range(1, sensors + 1):
+        name, following, rest = text.partition(f", {number + 1} ")
+        start = f"{number} "
+        if not name.startswith(start) or bool(following) != (number < sensors):
+            return []
+        named.append(name[len(start) :])
+        text = following[2:] + rest
+    return named if all(named) else []
+
+
+def column_labels_of(dataset: Dataset) -> list[str]:
+    """Those of the rows, or the columns' numbers from 1 where the grid is not square."""
+    _, rows, columns = dataset.shape
+    return labels_of(dataset) if rows == columns else [str(c + 1) for c in range(columns)]
+
+
+def times_of(dataset: Dataset) -> np.ndarray:
+    """Latency of every slice; the slices' numbers where the dataset has no rate."""
+    if dataset.sampling_rate > 0:
+        return np.array([dataset.latency_of(t) for t in range(len(dataset))])
+    return np.arange(len(dataset), dtype=np.float64)
+
+
+def values_of(dataset: Dataset, path: str, *, square: bool = False) -> np.ndarray:
+    """The values [slice, row, column], or CommandError where `path` could not tell them."""
+    if not dataset.header.has_grid() or min(dataset.shape) < 1:
+        raise CommandError(f"{path}: the dataset holds no values")
+    values = dataset.to_array()
+    if square and values.shape[1] != values.shape[2]:
+        raise CommandError(f"{path}: rows and columns differ, which this format cannot tell")
+    return values
+
+
+def encodable(text: str) -> str:
+    """Without halves of characters, which a file may hold and no other format takes."""
+    return text.encode("utf-8", "replace").decode("utf-8")
+
+
+def description_of(dataset: Dataset) -> dict[str, Any]:
+    """What a format keeps beside values, times, names and band, so that a dataset can come back."""
+    a, b = dataset.channels_a, dataset.channels_b
+    if not ((a == a[:, :1]).all() and (b == b[:1, :]).all()):
+        warnings.warn(
+            "channel numbers differ within a row or column; those of the first are written",
+            stacklevel=3,
+        )
+    return {
+        "dataset_name": encodable(dataset.name),
+        "computation": encodable(dataset.note),
+        "slices_per_second": dataset.sampling_rate,
+        "latency_begin": dataset.latency[0],
+        "latency_end": dataset.latency[1],
+        "channel_type": dataset.channel_type,
+        "row_channels": [int(number) for number in a[:, 0]],
+        "column_channels": [int(number) for number in b[0, :]],
+    }
+
+
+def dataset_of(
+    path: str,
+    values: Any,
+    *,
+    times: Any,
+    band: Any,
+    labels: Sequence[Any],
+    description: Mapping[str, Any],
+) -> Dataset:
+    """A dataset of what a file held.
+
+    Args:
+        values: [slice, row, column].
+        times: latencies of the slices; None when the file tells none.
+        band: frequencies, of which the least and the largest count; None when there are none.
+        labels: names of the sensors; empty when there are none.
+        description: as of `description_of`; what is missing is made up from the rest.
+
+    Raises:
+        CommandError: something does not fit; one line that begins with the file's name.
+    """
+    try:
+        made = _dataset_of(path, np.asarray(values), times, band, labels, description)
+    except (ValueError, TypeError, OverflowError) as error:
+        raise CommandError(f"{path}: {' '.join(str(error).split())}") from error
+    return made
+
+
+def _dataset_of(path, values, times, band, labels, description) -> Dataset:
+    if np.iscomplexobj(values):
+        raise ValueError("holds complex values; take their magnitudes before")
+    if values.dtype.kind not in "fiu" or values.ndim != 3 or values.size == 0:
+        raise ValueError("holds no real numbers [slice, row, column]")
+    slices, rows, columns = values.shape
+    names = [" ".join(text(label).split()) or str(i + 1) for i, label in enumerate(labels)]
+    if names and len(names) != rows:
+        raise ValueError(f"names {len(names)} sensors, but the matrix has {rows} rows")
+    rate, latency = _timing(times, slices, description)
+    stem = os.path.splitext(os.path.basename(path))[0]
+    dataset = Dataset.from_array(
+        values.astype(np.float64), sampling_rate=rate, latency=latency, band=_band(band),
+        name=text(description.get("dataset_name", stem)),
+        note=text(description.get("computation", f"From {os.path.basename(path)}")),
+        channel_type=_channel_type(description),
+    )  # fmt: skip
+    row, column = _channels(description, rows, columns)
+    dataset.channels_a = np.repeat(row[:, np.newaxis], columns, axis=1)
+    dataset.channels_b = np.repeat(column[np.newaxis, :], rows, axis=0)
+    # Names that were edited replace those of the note; unedited ones leave it as it is.
+    if names and labels_of(dataset) != names:
+        dataset.note = _with_sensors(dataset.note, names)
+    return dataset
+
+
+def _with_sensors(note: str, names: Sequence[str]) -> str:
+    listed = _SENSORS + ", ".join(f"{n} {name}" for n, name in enumerate(names, 1))
+    lines = [line for line in note.splitlines() if not line.startswith(_SENSORS)]
+    return "\n".join([*lines, listed])
+
+
+def _timing(times, slices: int, description) -> tuple[float, tuple[float, float]]:
+    """Rate and latency as described where the times agree with them, else those of the times."""
+    known = ("slices_per_second", "latency_begin", "latency_end")
+    rate, begin, end = (float(description.get(name, 0.0)) for name in known)
+    if times is None:
+        return rate, (begin, end)
+    times = np.atleast_1d(np.asarray(times)).astype(np.float64).ravel()
+    if times.size != slices:
+        raise ValueError(f"tells {times.size} times, but holds {slices} slices")
+    expected = begin + np.arange(slices) / rate if rate > 0 else np.arange(slices)
+    described = all(name in description for name in known)
+    if described and np.allclose(times, expected, rtol=1e-9, atol=1e-9):
+        return rate, (begin, end)
+    steps = np.diff(times)
+    if not steps.size:
+        return rate, (float(times[0]), float(times[0]))
+    step = float(steps.mean())
+    if not step > 0 or (np.abs(steps - step) > 0.01 * step).any():
+        raise ValueError("the times do not go up in equal steps")
+    return 1.0 / step, (float(times[0]), float(times[-1]))
+
+
+def _band(band) -> tuple[float, float]:
+    ends = np.asarray([] if band is None else band).astype(np.float64).ravel()
+    return (float(ends.min()), float(ends.max())) if ends.size else (0.1, 1.0)
+
+
+def _channel_type(description) -> int:
+    kind = int(description.get("channel_type", 0))
+    if not 0 <= kind <= 3:
+        raise ValueError(f"channel_type is {kind}; it is 0 all, 1 MEG, 2 EEG or 3 both")
+    return kind
+
+
+def _channels(description, rows: int, columns: int) -> tuple[np.ndarray, np.ndarray]:
+    """As described; counted from 1 where a file describes other sensors than it holds."""
+    found = []
+    for name, count in (("row_channels", rows), ("column_channels", columns)):
+        numbers = np.asarray(description.get(name, [])).astype(np.int64).ravel()
+        found.append(numbers if numbers.size == count else np.arange(1, count + 1))
+    return found[0], found[1]
+
+
+def text(value: Any) -> str:
+    """A text as NumPy, netCDF and MATLAB readers give it; some give an empty one as an array."""
+    if isinstance(value, bytes):
+        return value.decode("utf-8", "replace")
+    if isinstance(value, np.ndarray):
+        return text(value.item()) if value.size == 1 else "".join(map(str, value.ravel()))
+    return encodable(str(value))
