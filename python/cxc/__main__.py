@@ -4,4 +4,6 @@ import sys
 
 from .cli import main
 
-sys.exit(main())
+# Processes of a study read this file again, under another name.
+if __name__ == "__main__":
+    sys.exit(main())

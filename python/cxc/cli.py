@@ -7,6 +7,7 @@ Exit codes: 0 done, 1 an error told in one line on standard error, 2 wrong usage
 from __future__ import annotations
 
 import argparse
+import functools
 import os
 import sys
 import warnings
@@ -69,13 +70,13 @@ def _show_warning(message, category, filename, lineno, file=None, line=None) -> 
     print(f"cxc: warning: {_printable(str(message))}", file=sys.stderr)
 
 
-def progress(items: Iterable, total: int) -> Iterator:
+def progress(items: Iterable, total: int, unit: str = "slice") -> Iterator:
     """A bar on a terminal, silence elsewhere."""
     if not sys.stderr.isatty():
         return iter(items)
     from tqdm import tqdm
 
-    return iter(tqdm(items, total=total, unit="slice", leave=False))
+    return iter(tqdm(items, total=total, unit=unit, leave=False))
 
 
 def _parser() -> argparse.ArgumentParser:
@@ -110,6 +111,24 @@ def _parser() -> argparse.ArgumentParser:
     study.add_argument(
         "--operation", choices=("subtract", "add", "multiply", "divide"), default="subtract",
         help="Active ... Control; default: subtract",
+    )  # fmt: skip
+    where = study.add_mutually_exclusive_group()
+    where.add_argument(
+        "--jobs", type=_count, metavar="N",
+        help="subjects computed at a time, each in a process; default: as many as cores",
+    )  # fmt: skip
+    where.add_argument(
+        "--dask", metavar="ADDRESS",
+        help="compute on the workers of this Dask scheduler, such as tcp://10.0.0.1:8786; they "
+        "read the recordings under the same paths",
+    )  # fmt: skip
+    earlier = study.add_mutually_exclusive_group()
+    earlier.add_argument(
+        "--force", action="store_true", help="replace the results of an earlier run"
+    )
+    earlier.add_argument(
+        "--resume", action="store_true",
+        help="go on with an earlier run: keep the subjects it has finished with these options",
     )  # fmt: skip
     _add_analysis(study)
     study.set_defaults(run=_study)
@@ -163,6 +182,13 @@ def _add_analysis(parser: argparse.ArgumentParser) -> None:
     parser.add_argument(
         "--picks", choices=("all", "eeg", "meg"), default="all", help="sensors; default: all"
     )
+
+
+def _count(text: str) -> int:
+    count = int(text)
+    if count < 1:
+        raise argparse.ArgumentTypeError("at least 1")
+    return count
 
 
 def analysis_of(options: argparse.Namespace) -> dict:
@@ -232,7 +258,11 @@ def _study(options: argparse.Namespace) -> None:
     from .study import run_study, subjects_of
 
     subjects = subjects_of(options.source, options.active_suffix, options.control_suffix)
-    run_study(subjects, options.out, analysis_of(options), options.operation, progress)
+    run_study(
+        subjects, options.out, analysis_of(options), options.operation,
+        functools.partial(progress, unit="subject"), jobs=options.jobs, dask=options.dask,
+        overwrite=options.force, resume=options.resume,
+    )  # fmt: skip
 
 
 def _demo(options: argparse.Namespace) -> None:

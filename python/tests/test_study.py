@@ -104,6 +104,7 @@ def test_the_report_names_everything_and_says_where_zeros_count(folder, tmp_path
         "s1.cxcpkg",
         "s2-heatmap.png",
         "s2.cxcpkg",
+        "subjects.json",
     ]
 
 
