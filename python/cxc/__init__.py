@@ -10,6 +10,6 @@ from ._core import CxcError
 from ._core import version as __version__
 from .dataset import Dataset, slice_count
 from .containers import Group, Package
-from .dataset import open_dataset as open  # noqa: A004  the package's own word, as in gzip.open
+from .opening import open_file as open  # noqa: A004  the package's own word, as in gzip.open
 
 __all__ = ["CxcError", "Dataset", "Group", "Package", "open", "slice_count"]

@@ -9,6 +9,7 @@ from __future__ import annotations
 import argparse
 import functools
 import os
+import re
 import sys
 import warnings
 from typing import Iterable, Iterator, Sequence
@@ -16,6 +17,9 @@ from typing import Iterable, Iterator, Sequence
 from ._core import CxcError
 from .errors import CommandError
 from .files import check_output
+
+# The keys of plot.KINDS, which is loaded when a picture is drawn.
+PICTURES = ("heat", "circle", "head", "seed", "course", "multiples")
 
 
 def main(arguments: Sequence[str] | None = None) -> int:
@@ -137,6 +141,8 @@ def _parser() -> argparse.ArgumentParser:
     info.add_argument("file")
     info.set_defaults(run=_info)
 
+    _add_plot(commands)
+
     page = commands.add_parser(
         "page", help="a dataset as one HTML file: every slice as a heat map, with a slider"
     )
@@ -165,6 +171,63 @@ def _parser() -> argparse.ArgumentParser:
     _add_analysis(demo)
     demo.set_defaults(run=_demo)
     return parser
+
+
+def _add_plot(commands) -> None:
+    plot = commands.add_parser(
+        "plot", help="a picture of a dataset, a package or a group: .png, .pdf or .svg",
+        description="A dataset gives one panel, a package one each for Active, Control and "
+        "Act-Ctl, a group one for each dataset, all with one colour scale (Act-Ctl has its own).",
+    )  # fmt: skip
+    plot.add_argument(
+        "kind", choices=PICTURES,
+        help="heat: every pair; circle, head: the strongest pairs as lines; seed: one sensor with "
+        "all others; course: pairs over time; multiples: single slices beside each other",
+    )  # fmt: skip
+    plot.add_argument("file", help="a .cxc file, a package or a group")
+    plot.add_argument("-o", "--output", help="default: the file's name with .png, here")
+    plot.add_argument("--force", action="store_true", help="replace an existing output")
+    which = plot.add_mutually_exclusive_group()
+    which.add_argument(
+        "--slices", type=_slices, metavar="FIRST:LAST",
+        help="slices from 0, both included, or one; default: the selected ones",
+    )  # fmt: skip
+    which.add_argument(
+        "--time", nargs=2, type=float, metavar=("BEGIN", "END"), help="slices by latency"
+    )
+    plot.add_argument(
+        "--limits", nargs=2, type=float, metavar=("LOW", "HIGH"),
+        help="values at the ends of the colours; default: from the values",
+    )  # fmt: skip
+    plot.add_argument("--top", type=float, help="the upper limit alone")
+    plot.add_argument("--threshold", type=float, help="leave pairs of a smaller magnitude out")
+    plot.add_argument("--lines", type=_count, metavar="N", help="number of lines")
+    plot.add_argument("--sensor", help="seed: the sensor, by name")
+    plot.add_argument(
+        "--pair", nargs=2, action="append", metavar=("ROW", "COLUMN"),
+        help="course: a pair of sensors, by name; may be given several times",
+    )  # fmt: skip
+    plot.add_argument(
+        "--positions", help="head, seed: a montage of MNE, or a file with one, or a recording"
+    )
+    plot.add_argument(
+        "--of", choices=("heat", "circle", "head"), help="multiples: of which kind; default: heat"
+    )
+    plot.add_argument("--count", type=_count, metavar="N", help="multiples: number of slices")
+    plot.add_argument(
+        "--separate", action="store_true", help="a colour scale for each panel"
+    )
+    plot.add_argument("--title", help="default: the name in the file")
+    plot.add_argument("--dpi", type=_count, help="dots per inch of .png; default: 150")
+    plot.set_defaults(run=_plot)
+
+
+def _slices(text: str) -> slice | int:
+    """FIRST:LAST, both included as everywhere else in the library, or one slice."""
+    first, colon, last = text.partition(":")
+    if not colon:
+        return int(text)
+    return slice(int(first) if first else 0, int(last) + 1 if last else None)
 
 
 def _add_analysis(parser: argparse.ArgumentParser) -> None:
@@ -245,6 +308,38 @@ def _page(options: argparse.Namespace) -> None:
     except ValueError as error:
         raise CommandError(f"{options.file}: {error}") from error
     print(f"{_printable(output)}: {describe(dataset)}")
+
+
+def _plot(options: argparse.Namespace) -> None:
+    from . import plot
+    from .opening import open_file
+
+    stem = os.path.splitext(os.path.basename(os.path.normpath(options.file)))[0]
+    output = options.output or stem + ".png"
+    check_output(output, options.force)
+    given = {
+        "slices": options.slices, "time": options.time, "limits": options.limits,
+        "top": options.top, "threshold": options.threshold, "lines": options.lines,
+        "sensor": options.sensor, "pairs": options.pair, "positions": options.positions,
+        "of": options.of, "count": options.count, "title": options.title, "dpi": options.dpi,
+    }  # fmt: skip
+    wanted = {name: value for name, value in given.items() if value is not None}
+    if options.kind == "seed" and options.sensor is None:
+        raise CommandError("seed needs --sensor NAME")
+    source = open_file(options.file)
+    try:
+        plot.KINDS[options.kind](
+            source, output, shared=not options.separate, overwrite=options.force, **wanted
+        )
+    except TypeError as error:
+        unknown = re.search(r"argument '(\w+)'", str(error))
+        if unknown is None:
+            raise
+        option = "pair" if unknown[1] == "pairs" else unknown[1]
+        raise CommandError(f"{options.kind} has no --{option}") from error
+    except ValueError as error:
+        raise CommandError(f"{options.file}: {error}") from error
+    print(f"{_printable(output)}: {options.kind} of {_printable(options.file)}")
 
 
 def _convert(options: argparse.Namespace) -> None:

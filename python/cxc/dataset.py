@@ -562,13 +562,6 @@ def _is_all(indices: npt.NDArray[np.integer], names: list[str]) -> bool:
     return np.array_equal(indices, np.arange(len(names)))
 
 
-def open_dataset(
-    path: str | os.PathLike[str], *, progress: Progress | None = None
-) -> Dataset:
-    """Reads a `.cxc` file of any version the library knows; `progress` is in bytes."""
-    return Dataset.open(path, progress=progress)
-
-
 def save_record(
     core: _core.Dataset | _core.Package | _core.Group,
     path: str | os.PathLike[str],

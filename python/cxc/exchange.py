@@ -9,7 +9,7 @@ from __future__ import annotations
 import os
 from typing import Callable
 
-from .dataset import Dataset, open_dataset
+from .dataset import Dataset
 from .errors import CommandError
 from .exchange_common import PAIR_ORDER, labels_of, times_of
 from .exchange_matlab import from_matlab, to_matlab
@@ -58,7 +58,7 @@ def _save(dataset: Dataset, path: str, overwrite: bool) -> None:
 
 
 _READERS: dict[str, Callable] = {
-    ".cxc": open_dataset,
+    ".cxc": Dataset.open,
     ".nc": from_netcdf,
     ".h5": from_netcdf,
     ".hdf5": from_netcdf,
