@@ -15,7 +15,7 @@ import re
 import tempfile
 import warnings
 from dataclasses import asdict
-from typing import Any, Generator
+from typing import Any
 
 import numpy as np
 
@@ -26,7 +26,7 @@ from .containers import Package
 from .dataset import Dataset
 from .errors import CommandError
 from .files import check_folder, whole_file
-from .study_runs import cores, locally, on_dask, package_name
+from .study_runs import Outcomes, cores, locally, on_dask, package_name
 from .study_work import Outcome, Side, Subject, Task, difference
 
 _QUANTITIES = {
@@ -210,7 +210,7 @@ def _require_free(subjects: list[Subject], out: str) -> None:
 
 
 def _take_all(
-    coming: Generator[tuple[int, Outcome], None, None], tasks: list[Task], folder: str, book: _Book, progress
+    coming: Outcomes, tasks: list[Task], folder: str, book: _Book, progress
 ) -> list[str]:
     """Keeps what comes; returns the names of the subjects that failed, in their order."""
     failed = set()

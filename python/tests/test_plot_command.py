@@ -42,7 +42,9 @@ def test_magics_of_8_bit_characters_are_known_too(files):
     assert cxc.open("narrow.cxcpkg").name == "subject 1"
 
 
-@pytest.mark.parametrize("content", [b"", b"\xff", b"\xff\xfe\xff\x40", b"text", b"\xff\xfe\xff\xff"])
+@pytest.mark.parametrize(
+    "content", [b"", b"\xff", b"\xff\xfe\xff\x40", b"text", b"\xff\xfe\xff\xff"]
+)
 def test_files_of_no_kind_are_refused(files, content):
     (files / "none").write_bytes(content)
     with pytest.raises((cxc.CxcError, OSError)):
