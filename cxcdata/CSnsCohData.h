@@ -24,8 +24,12 @@ class CMMatrix2Dzq;
 /// argument, the end) of the time selection, the current row, the current column.
 class CXC_API CSnsCohData {
 public:
+    /// Without a grid; every field as listed with it.
     CSnsCohData();
+    /// Copies every field; the grid is shared, see above.
     CSnsCohData(const CSnsCohData& other);
+    /// Copies every field; the grid is shared, see above, and a grid that this dataset had before
+    /// is not released.
     CSnsCohData& operator=(const CSnsCohData& other);
     /// Releases the grid.
     ~CSnsCohData();
@@ -36,8 +40,8 @@ public:
     /// Example: (1000, 100, 200) and (1000, 100, 250) give 9.
     static __int64 getCohTim(__int64 nPts, __int64 nStep, __int64 nWin);
 
-    /// Latency of slice pt: pt / m_samplingRate + m_anaLatencyBegin. A rate of 0 is not guarded:
-    /// the result is infinite or NaN.
+    /// Latency of slice pt: pt / m_samplingRate [s] + m_anaLatencyBegin, which is not converted
+    /// whatever the host's unit. A rate of 0 is not guarded: the result is infinite or NaN.
     double getLatency4PtSecond(__int64 pt);
 
     /// Element t of the vector (row, col), t clamped into the slices. 0.0 without a grid and
@@ -66,7 +70,8 @@ public:
     /// released first and a new one, all 0.0, is built: current pair and begin of the selection
     /// become 0, the end of the selection is left as it is (1 on a fresh dataset, 0 on a cleaned
     /// one).
-    /// Returns 1, or 0 without a grid: for counts below 1, and where memory lacks.
+    /// Returns 1, or 0 without a grid: for counts below 1, and where memory lacks; deliberately the
+    /// column count and the end of the selection then stay.
     int checkInitSnsCohData(__int64 rows, __int64 cols, __int64 nTim, bool zero);
 
     /// Releases the grid and sets the counters, the selection and the current pair to 0.
@@ -93,58 +98,62 @@ public:
     /// left out. Returns 1, or 0 with nothing changed.
     int addMSnsSnsTimID(CMMatrix2Dzq* mat, __int64 t);
 
-    // The fields are public: where there is no operation, hosts and windows read and write them.
-    // Their order is part of the interface. "Carried" ones are initialised, copied and archived;
-    // their meaning is the host's.
-    int m_headerInt0;             // carried; 0
-    int m_headerInt1;             // carried; 0
-    int m_headerInt2;             // carried; 0
-    int m_headerInt3;             // carried; 0
-    int m_chnlTypeID;             // 0 all types, 1 MEG, 2 EEG, 3 MEG and EEG; 0
-    int m_headerInt5;             // carried; 0
-    int m_headerInt6;             // carried; 0
-    int m_headerInt7;             // carried; 0
-    int m_headerInt8;             // carried; 0
-    double m_samplingRate;        // slices per second [Hz]; 0
-    double m_anaLatencyBegin;     // begin of the analysis, in the host's unit; 0
-    double m_anaLatencyEnd;       // end of the analysis, in the host's unit; 0
-    __int64 m_headerLong0;        // carried; 0
-    __int64 m_headerLong1;        // carried; 0
-    __int64 m_headerLong2;        // largest slice count of the analysis; 0
-    __int64 m_headerLong3;        // carried; 0
-    __int64 m_headerLong4;        // carried; 0
-    double m_headerReal0;         // lower end of the frequency band [Hz]; 0.1
-    double m_headerReal1;         // upper end of the frequency band [Hz]; 1.0
-    CString m_cxcName;            // name; "CxcTrial"
-    CString m_cxcCmptInfo;        // how it was computed, grows; "CxC ComputeInfo"
-    bool m_tscsInfo;              // shown or hidden; false
-    int m_headerInt9;             // index of its item in the manager's list; 0
-    int m_headerInt10;            // carried; 0
-    int m_headerInt11;            // carried; 0
-    __int64 m_cohTimTotal;        // T, slices, the length of every vector; 0
-    __int64 m_selectBegin;        // first selected slice; 0
-    __int64 m_selectEnd;          // last selected slice, inclusive; 1
-    __int64 m_rowCrt;             // row of the current pair; 0
-    __int64 m_columnCrt;          // column of the current pair; 0
-    __int64 m_snsRowTotal;        // row channels; 0
-    __int64 m_snsColTotal;        // column channels; 0
-    CWavChnlChnlDatazq** m_mCC;   // rows x cols vectors, row-major, owning; null. Only the
-                                  // chain makes such grids; never put another table here
-    double m_headerReal2;         // carried; 0
-    double m_dataMin;             // smallest value when last determined; 0
-    double m_dataMax;             // largest value when last determined; 0
-    double m_dataMean;            // mean value when last determined; 0
-    int m_rmsNormalized;          // 1 after normRMS; 0
-    double m_rmsValue;            // divisor of normRMS; 0
-    __int64 m_headerLong5;        // carried; 0
-    double m_showRangeMin;        // display range by magnitude, minimum; 0
-    double m_showRangeMax;        // display range by magnitude, maximum; 1.0
-    double m_showRangeMid;        // display range by magnitude, middle; 0
-    int m_headerInt12;            // carried; 1
-    int m_headerInt13;            // carried; 0
-    COLORREF m_basicColor;        // 0x00BBGGRR, not archived; 0x7D7DFF
-    COLORREF m_activeColor;       // 0x00BBGGRR, not archived; 0x0000FF, red
-    COLORREF m_suppressiveColor;  // 0x00BBGGRR, not archived; 0xFF0000, blue
+    /// @name Fields
+    /// Public: where there is no operation, hosts and windows read and write them. Their order is
+    /// part of the interface. Each line tells what the field holds and, last, its value after
+    /// construction. "Carried" ones are initialised, copied and archived; their meaning is the
+    /// host's.
+    /// @{
+    int m_headerInt0;             ///< carried; 0
+    int m_headerInt1;             ///< carried; 0
+    int m_headerInt2;             ///< carried; 0
+    int m_headerInt3;             ///< carried; 0
+    int m_chnlTypeID;             ///< 0 all types, 1 MEG, 2 EEG, 3 MEG and EEG; 0
+    int m_headerInt5;             ///< carried; 0
+    int m_headerInt6;             ///< carried; 0
+    int m_headerInt7;             ///< carried; 0
+    int m_headerInt8;             ///< carried; 0
+    double m_samplingRate;        ///< slices per second [Hz]; 0
+    double m_anaLatencyBegin;     ///< begin of the analysis, in the host's unit; 0
+    double m_anaLatencyEnd;       ///< end of the analysis, in the host's unit; 0
+    __int64 m_headerLong0;        ///< carried; 0
+    __int64 m_headerLong1;        ///< carried; 0
+    __int64 m_headerLong2;        ///< largest slice count of the analysis; 0
+    __int64 m_headerLong3;        ///< carried; 0
+    __int64 m_headerLong4;        ///< carried; 0
+    double m_headerReal0;         ///< lower end of the frequency band [Hz]; 0.1
+    double m_headerReal1;         ///< upper end of the frequency band [Hz]; 1.0
+    CString m_cxcName;            ///< name of the dataset; "CxcTrial"
+    CString m_cxcCmptInfo;        ///< how it was computed, grows; "CxC ComputeInfo"
+    bool m_tscsInfo;              ///< shown or hidden; false
+    int m_headerInt9;             ///< index of its item in the manager's list; 0
+    int m_headerInt10;            ///< carried; 0
+    int m_headerInt11;            ///< carried; 0
+    __int64 m_cohTimTotal;        ///< T, slices, the length of every vector; 0
+    __int64 m_selectBegin;        ///< first selected slice; 0
+    __int64 m_selectEnd;          ///< last selected slice, inclusive; 1
+    __int64 m_rowCrt;             ///< row of the current pair; 0
+    __int64 m_columnCrt;          ///< column of the current pair; 0
+    __int64 m_snsRowTotal;        ///< row channels; 0
+    __int64 m_snsColTotal;        ///< column channels; 0
+    CWavChnlChnlDatazq** m_mCC;   ///< rows x cols vectors, row-major, owning; null. Only the
+                                  ///< chain makes such grids; never put another table here
+    double m_headerReal2;         ///< carried; 0
+    double m_dataMin;             ///< smallest value when last determined; 0
+    double m_dataMax;             ///< largest value when last determined; 0
+    double m_dataMean;            ///< mean value when last determined; 0
+    int m_rmsNormalized;          ///< 1 after normRMS; 0
+    double m_rmsValue;            ///< divisor of normRMS; 0
+    __int64 m_headerLong5;        ///< carried; 0
+    double m_showRangeMin;        ///< display range by magnitude, minimum; 0
+    double m_showRangeMax;        ///< display range by magnitude, maximum; 1.0
+    double m_showRangeMid;        ///< display range by magnitude, middle; 0
+    int m_headerInt12;            ///< carried; 1
+    int m_headerInt13;            ///< carried; 0
+    COLORREF m_basicColor;        ///< 0x00BBGGRR, not archived; 0x7D7DFF
+    COLORREF m_activeColor;       ///< 0x00BBGGRR, not archived; 0x0000FF, red
+    COLORREF m_suppressiveColor;  ///< 0x00BBGGRR, not archived; 0xFF0000, blue
+    /// @}
 
 private:
     int reuseGrid(__int64 nTim, bool zero);

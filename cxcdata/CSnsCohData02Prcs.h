@@ -14,26 +14,31 @@ public:
     /// Copies the channel counts out. 1 when both are at least 1.
     int getChnlRowCol(__int64& rows, __int64& cols);
 
-    /// Copies the latency of the analysis out. Always 1.
+    /// Copies the latency of the analysis out, in the host's unit. Always 1.
     int getAnaLatency(double& begin, double& end);
 
     /// One line of statistics: name, Min, Mean, Max, AbsSum (mean of the pairs' mean absolute
-    /// values), RmsSum (see the source). Refreshes m_dataMin, m_dataMax, m_dataMean. A pair
-    /// without values counts as 0, a dataset without a grid has only such pairs.
+    /// values) and RmsSum. With the root mean square of each pair, RmsSum takes for each row the
+    /// root of the mean of their squares, then the mean over rows, and deliberately one more root.
+    /// Refreshes m_dataMin, m_dataMax, m_dataMean. A pair without values counts as 0, a dataset
+    /// without a grid has only such pairs.
     CString getStatistics();
 
     /// Refreshes m_dataMin, m_dataMax and m_dataMean from all values, diagonal included.
-    /// 0 without a grid or where a count is below 1.
+    /// Returns 1; 0, with nothing refreshed, without a grid or where a count is below 1.
     int checkDataRange();
 
     /// Divides every value by the root mean square of all values, which is kept in m_rmsValue;
     /// m_rmsNormalized becomes 1. Calling it twice divides twice.
-    /// 0 without a grid or where a count is below 1, and, after a message, where the root mean
-    /// square is not above 0; values unchanged then.
+    /// Returns 1; 0, with the values unchanged, without a grid or where a count is below 1, and,
+    /// after "RMS value in leadfields is smaller than zero!?", where the root mean square is not
+    /// above 0.
     int normRMS();
 
-    /// Clears the pairs (r, r) in every slice and appends a sentence to the computation note.
-    /// 0, with nothing changed, without a grid, where a count is below 1 and where memory lacks.
+    /// Clears the pairs (r, r) in every slice and appends a line "Set Diagonal value to 0" to the
+    /// computation note, once for each call.
+    /// Returns 1; 0, with nothing changed, without a grid, where a count is below 1 and where
+    /// memory lacks.
     int zeroDiagonal();
 
     /// Forgets row count, current pair and latency; the column count, the grid and the selection
@@ -44,7 +49,7 @@ public:
     /// 1 when both are at least 1; they are stored in any case.
     int setChnlRowCol(__int64 rows, __int64 cols);
 
-    /// Sets the latency of the analysis. Always 1.
+    /// Sets the latency of the analysis, in the host's unit; nothing is checked. Always 1.
     int setAnaLatency(double begin, double end);
 
     /// Sets the current column, clamped into the columns (-1 without columns), and returns it.

@@ -12,14 +12,19 @@ class CXC_API CSnsCohData09File : public CSnsCohData08Show {
 public:
     /// Stores the dataset record in its newest layout, or loads one of any known version; the
     /// archive decides the direction. Loading overwrites the grid and the stored fields; fields
-    /// that an older layout does not hold, and the colours, keep their values.
-    /// Returns 1, or 0 after a message (no dataset record, unknown version) or where the grid
-    /// could not be built.
+    /// that an older layout does not hold, and the colours, keep their values. Of the oldest
+    /// version, 20080601, nothing is read.
+    /// Returns 1, or 0: after "The opened file is not CCoherenceData09File or corrupted!" (another
+    /// magic than "MEGCOHPTS") or "Wrong CxC data format!" (unknown version) with nothing changed,
+    /// where a vector record was refused with its own message, or silently where the grid could
+    /// not be built. A stored record is flushed.
     /// Throws the framework's archive and file exceptions, as where the data end early.
     int serialize(CArchive& ar);
 
-    /// Asks for a file name and writes the dataset to it. An empty name of the dataset becomes
-    /// "CxC Data" and stays so, also when the user cancels.
+    /// Asks for a file name, proposing the name of the dataset, and writes the dataset to it. An
+    /// empty name of the dataset becomes "CxC Data" and stays so, also when the user cancels. A
+    /// path without ".cxc" anywhere in it, in these small letters, gets it appended; a file that is
+    /// there is replaced.
     /// Returns 1 when the file was written, 0 when the user cancelled or it cannot be created.
     /// Throws as serialize.
     int saveCxcDataStd();
@@ -30,8 +35,12 @@ public:
     int openCxcDataStd();
 
     /// Asks for a file name and writes the values as text (UTF-16LE, one block per time slice,
-    /// one line per row). An empty name of the dataset becomes "CxC Data".
-    /// Returns 1 when the whole text was written, 0 otherwise; throws nothing.
+    /// one line per row, values with six decimals). An empty name of the dataset becomes
+    /// "CxC Data". A path without ".txt" anywhere in it gets it appended; a file that is there is
+    /// replaced.
+    /// Returns 1 when the whole text was written; 0 when the user cancelled, when the counters
+    /// describe nothing that can be written, and where the file failed: what was written of it
+    /// stays. Shows no message and throws nothing.
     int exportCxc2txtFile();
 
 protected:

@@ -20,8 +20,12 @@
 /// Status results are 1 for success and 0 for failure.
 class CXC_API CWavChnlChnlData {
 public:
+    /// Without values and without backup.
     CWavChnlChnlData() = default;
+    /// Copies the fields; both arrays are shared, see above.
     CWavChnlChnlData(const CWavChnlChnlData& other) = default;
+    /// Copies the fields; both arrays are shared, see above, and those held before are not
+    /// released.
     CWavChnlChnlData& operator=(const CWavChnlChnlData& other) = default;
     /// Releases both arrays.
     ~CWavChnlChnlData();
@@ -91,14 +95,19 @@ public:
     /// minimum, else the minimum (element `from` for a reversed range). Other modes: 0.0.
     double getSelectDataMean(__int64 from, __int64 to, int mode);
 
-    __int64 m_bkSize = 0;           // elements of the backup
-    double* m_bkData = nullptr;     // backup of the values, owning (array new)
-    __int64 m_size = 0;             // elements of the values
-    double* m_data = nullptr;       // values, one per time slice, owning (array new)
-    __int64 m_curIdx = 0;           // current element; may lie outside when a file says so
-    __int64 m_chnlA = 0;            // channel number of the row sensor
-    __int64 m_chnlB = 0;            // channel number of the column sensor
-    unsigned short m_pairFlag = 1;  // carried: stored, not interpreted
+    /// @name Fields
+    /// Public, and in this order part of the interface. The pair's channel numbers are the host's
+    /// to set.
+    /// @{
+    __int64 m_bkSize = 0;           ///< elements of the backup
+    double* m_bkData = nullptr;     ///< backup of the values, owning (array new)
+    __int64 m_size = 0;             ///< elements of the values
+    double* m_data = nullptr;       ///< values, one per time slice, owning (array new)
+    __int64 m_curIdx = 0;           ///< current element; may lie outside when a file says so
+    __int64 m_chnlA = 0;            ///< channel number of the row sensor
+    __int64 m_chnlB = 0;            ///< channel number of the column sensor
+    unsigned short m_pairFlag = 1;  ///< carried: stored, not interpreted
+    /// @}
 
 private:
     bool hasValues() const { return m_data != nullptr && m_size > 0; }

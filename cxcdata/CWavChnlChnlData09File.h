@@ -5,6 +5,7 @@
 
 class CWavChnlChnlData09File;
 
+/// @cond internal
 namespace cxc {
 
 /// The whole record without the flush that ends a stored one: a grid of vectors is flushed once,
@@ -12,7 +13,9 @@ namespace cxc {
 int passVectorRecord(CArchive& ar, CWavChnlChnlData09File& vector);
 
 }  // namespace cxc
+/// @endcond
 
+/// Adds to the base: the archive record of one vector, in both directions.
 class CXC_API CWavChnlChnlData09File : public CWavChnlChnlData {
 public:
     /// Stores or loads the whole record, magic "MMATRIX1DX" first, in the archive's direction;

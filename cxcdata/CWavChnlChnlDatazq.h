@@ -3,4 +3,5 @@
 
 #include "cxcdata/CWavChnlChnlData09File.h"
 
+/// Adds nothing: the type of the vectors of a grid, CSnsCohData::m_mCC.
 class CXC_API CWavChnlChnlDatazq : public CWavChnlChnlData09File {};

@@ -5,12 +5,18 @@
 #include "framework.h"
 #include "siblings/matrix/matrix_api.h"
 
+/// Element (r, c) is at getDataPP()[r][c]. A matrix has storage of at least 1 x 1 or none. Not to
+/// be copied. No virtual operations: arrays of the final type are made and released with array new
+/// and delete.
 class CXC_MATRIX_API CMMatrix2D {
 public:
     /// Without storage.
     CMMatrix2D() = default;
+    /// Releases the storage.
     ~CMMatrix2D();
+    /// Not to be copied.
     CMMatrix2D(const CMMatrix2D&) = delete;
+    /// Not to be assigned.
     CMMatrix2D& operator=(const CMMatrix2D&) = delete;
 
     /// Gives the matrix the shape rows x cols and returns its row table; element (r, c) is at
@@ -19,9 +25,11 @@ public:
     /// matrix is then without storage.
     double** checkInit(__int64 rows, __int64 cols, bool zero);
 
-    /// Row table; null without storage. Valid until the shape changes.
+    /// Row table, owned by the matrix; null without storage. Valid until the shape changes.
     double** getDataPP() { return m_rows; }
+    /// Number of rows; 0 without storage.
     __int64 getRow() const { return m_rowCount; }
+    /// Number of columns; 0 without storage.
     __int64 getCol() const { return m_colCount; }
 
 private:

@@ -3,4 +3,5 @@
 
 #include "siblings/matrix/CMMatrix2D.h"
 
+/// Adds nothing: the type of which the coherence library makes and takes arrays.
 class CXC_MATRIX_API CMMatrix2Dzq : public CMMatrix2D {};
