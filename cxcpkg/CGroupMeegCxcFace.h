@@ -18,8 +18,11 @@
 /// failure. Groups cannot be copied. One thread at a time.
 class CXC_API CGroupMeegCxcFace {
 public:
+    /// Without datasets and viewers; the fields as listed with them.
     CGroupMeegCxcFace();
+    /// Not to be copied.
     CGroupMeegCxcFace(const CGroupMeegCxcFace&) = delete;
+    /// Not to be assigned.
     CGroupMeegCxcFace& operator=(const CGroupMeegCxcFace&) = delete;
 
     /// Number of entries.
@@ -58,8 +61,9 @@ public:
     int deleteCohDataset(int index);
 
     /// Appends a new dataset with a grid of nSns x nSns pairs of nTime slices, named "CxcData"
-    /// and the number of entries before it. Never resizes another. 0, with nothing changed, for
-    /// nSns below 2, nTime below 1, and without memory.
+    /// and the number of entries before it. Never resizes another. `flag` has no effect: all
+    /// values of the new dataset are 0.0. Returns 1; 0, with nothing changed, for nSns below 2,
+    /// nTime below 1, and without memory.
     int checkInitSnsCohPkg(int nSns, __int64 nTime, bool flag);
 
     /// Releases all datasets, empties the list, current index -1. Always 1.
@@ -70,22 +74,28 @@ public:
     /// Show flag of the group.
     bool getCohDataPkgShow();
 
-    /// Largest and smallest slice count of the datasets; 0 without any.
+    /// Largest slice count of the datasets; 0 without any.
     __int64 getTimeSliceMax();
+    /// Smallest slice count of the datasets; 0 without any.
     __int64 getTimeSliceMin();
 
-    /// Smallest or largest row count and, independently of it, column count of the datasets; 0
+    /// Smallest row count and, independently of it, smallest column count of the datasets; 0
     /// without any. Returns the number of datasets, null entries not counted.
     int getCxcSizeMin(__int64& rows, __int64& cols);
+    /// As getCxcSizeMin, the largest counts.
     int getCxcSizeMax(__int64& rows, __int64& cols);
 
-    // Public: where there is no operation, hosts and windows read and write the fields.
-    int m_pkgID;              // the host's identifier, stored; 0
-    CString m_pkgName;        // name, stored; "SnsCohFace", as a package, deliberately
-    CString m_pkgInfo;        // descriptive text, stored; "Unknown"
-    bool m_pkgShow;           // shown or hidden, stored; false
-    int m_actCtlOperation;    // carried: stored, used by no operation of a group; 0
-    int m_curntCohDataSetID;  // current index, -1 for none, stored; -1
-    CPtrArray m_cohDatasets;  // CSnsCohDatazq pointers, owning, see above; may hold null
-    CPtrArray m_viewers;      // CWnd pointers in the order of registration, not owned
+    /// @name Fields
+    /// Public: where there is no operation, hosts and windows read and write them. Each line tells
+    /// what the field holds and, last, its value after construction.
+    /// @{
+    int m_pkgID;              ///< the host's identifier, stored; 0
+    CString m_pkgName;        ///< name, stored; "SnsCohFace", as a package, deliberately
+    CString m_pkgInfo;        ///< descriptive text, stored; "Unknown"
+    bool m_pkgShow;           ///< shown or hidden, stored; false
+    int m_actCtlOperation;    ///< carried: stored, used by no operation of a group; 0
+    int m_curntCohDataSetID;  ///< current index, -1 for none, stored; -1
+    CPtrArray m_cohDatasets;  ///< CSnsCohDatazq pointers, owning, see above; may hold null
+    CPtrArray m_viewers;      ///< CWnd pointers in the order of registration, not owned
+    /// @}
 };

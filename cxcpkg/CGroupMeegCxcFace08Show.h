@@ -26,8 +26,10 @@ public:
     /// Shows (non-zero) or hides all datasets. Returns the number of entries.
     int setShowAllCxc(int show);
 
-    /// As of CSnsCohFace08Show.
+    /// As CSnsCohFace08Show::viewerAdd.
     int viewerAdd(CWnd* wnd);
+    /// As CSnsCohFace08Show::viewerRemove.
     int viewerRemove(CWnd* wnd, bool all);
+    /// As CSnsCohFace08Show::viewerInvalidate.
     int viewerInvalidate(bool erase, CWnd* wnd, bool all);
 };

@@ -21,8 +21,11 @@
 /// be copied. One thread at a time.
 class CXC_API CSnsCohFace {
 public:
+    /// Without datasets and viewers; the fields as listed with them.
     CSnsCohFace();
+    /// Not to be copied.
     CSnsCohFace(const CSnsCohFace&) = delete;
+    /// Not to be assigned.
     CSnsCohFace& operator=(const CSnsCohFace&) = delete;
     /// Releases the datasets.
     ~CSnsCohFace();
@@ -73,7 +76,7 @@ public:
 
     /// Gives the classes grids of nSns x nSns pairs: Active nActTime slices, Control nCtlTime,
     /// Act-Ctl nMixTime. A count below 1 releases Control or Act-Ctl. Missing Active and Act-Ctl
-    /// datasets are made and named; `flag` clears kept values.
+    /// datasets are made and named "Active CxC" and "Act-Ctl CxC"; `flag` clears kept values.
     /// Returns 1, or 0: nothing changed for nSns below 2 or nActTime below 1, otherwise where a
     /// grid could not be had; steps done before stay.
     /// A missing Control is deliberately not made: the call then leaves a fresh dataset without a
@@ -83,11 +86,11 @@ public:
                            bool flag);
 
     /// Gives class cls (-1: the current one) a grid of nSns x nSns pairs of nTime slices, makes
-    /// and names its dataset where it is missing, and makes the class current. `flag` clears kept
-    /// values.
-    /// Returns the dataset; null for nSns below 2 or nTime below 1 (nothing changed), without
-    /// memory (the dataset stays, without a grid), and for no such class, after the message
-    /// "Wrong wave selection class!".
+    /// its dataset where it is missing, named "Active CxC", "Control CxC" or "Act-Ctl CxC", and
+    /// makes the class current. `flag` clears kept values.
+    /// Returns the dataset, owned by the package; null for nSns below 2 or nTime below 1 (nothing
+    /// changed), without memory (the dataset stays, without a grid), and for no such class, after
+    /// the message "Wrong wave selection class!".
     CSnsCohDatazq* checkInitSnsCoh4Class(int nSns, __int64 nTime, int cls, bool flag);
 
     /// Releases all datasets; the current class and the viewers stay. Always 1.
@@ -102,15 +105,19 @@ public:
     /// Show flag of the package.
     bool getCohDataPkgShow();
 
-    // Public: where there is no operation, hosts and windows read and write the fields.
-    int m_pkgID;                  // the host's identifier, stored; 0
-    CString m_pkgName;            // name, stored; "SnsCohFace"
-    CString m_pkgInfo;            // descriptive text, stored; "Unknown"
-    bool m_pkgShow;               // shown or hidden, stored; false
-    int m_actCtlOperation;        // 0 subtract, 1 add, 2 multiply, 3 divide; not stored; 0
-    int m_curntCohDataSetID;      // current class, -1 for none, stored; -1
-    CSnsCohDatazq* m_cohActive;   // class 0, owning; null
-    CSnsCohDatazq* m_cohControl;  // class 1, owning; null
-    CSnsCohDatazq* m_cohActCtl;   // class 2, owning; null
-    CPtrArray m_viewers;          // CWnd pointers in the order of registration, not owned
+    /// @name Fields
+    /// Public: where there is no operation, hosts and windows read and write them. Each line tells
+    /// what the field holds and, last, its value after construction.
+    /// @{
+    int m_pkgID;                  ///< the host's identifier, stored; 0
+    CString m_pkgName;            ///< name, stored; "SnsCohFace"
+    CString m_pkgInfo;            ///< descriptive text, stored; "Unknown"
+    bool m_pkgShow;               ///< shown or hidden, stored; false
+    int m_actCtlOperation;        ///< 0 subtract, 1 add, 2 multiply, 3 divide; not stored; 0
+    int m_curntCohDataSetID;      ///< current class, -1 for none, stored; -1
+    CSnsCohDatazq* m_cohActive;   ///< class 0, owning; null
+    CSnsCohDatazq* m_cohControl;  ///< class 1, owning; null
+    CSnsCohDatazq* m_cohActCtl;   ///< class 2, owning; null
+    CPtrArray m_viewers;          ///< CWnd pointers in the order of registration, not owned
+    /// @}
 };

@@ -31,8 +31,9 @@ public:
 
     /// Makes two selections, given by inclusive slice indices, equally wide by widening the
     /// narrower one inside its class: one slice downwards, one upwards, and so on. Returns 1;
-    /// 0 after a message: without Active or Control, for two selections of unequal width without
-    /// extent, and where there is no room (the widened indices stay in the arguments).
+    /// 0 after a message: "There is no Active or Control data!?"; "The selected data range is
+    /// wrong!" for two selections of unequal width without extent; "Can't match the active and
+    /// control selections!" where there is no room (the widened indices stay in the arguments).
     int matchAtiveControl(__int64& activeFirst, __int64& activeLast, __int64& controlFirst,
                           __int64& controlLast);
 
@@ -40,9 +41,13 @@ public:
     /// m_actCtlOperation: 0 minus, 1 plus, 2 times, 3 divided by (0.0 where Control is 0.0).
     /// Another code sizes Act-Ctl only, all 0.0, and counts as success. A value that is absent on
     /// either side gives 0.0.
-    /// A Control of several slices is reduced to its mean after a question, in place, and stays
-    /// so whatever happens next. An Act-Ctl dataset that is made here keeps the default name.
-    /// Returns 1, or 0: after a message (a class missing, sizes that differ, refused question, no
-    /// memory for the dataset), or silently where the grid could not be had.
+    /// A Control of several slices is reduced to its mean, in place, after the question "This
+    /// operation requires Control dataset has 1 slice", and stays so whatever happens next; any
+    /// answer but Yes gives 0, nothing changed. An Act-Ctl dataset that is made here keeps the
+    /// default name.
+    /// Returns 1, or 0: after "This operation requires  both Active and Control datasets!", "This
+    /// operation requires Active and Control datasets have the same size", "Control dataset
+    /// accumulating failed!" or "This operation requires more memory", and silently where the grid
+    /// could not be had.
     int doAct_Ctl_operation();
 };

@@ -9,8 +9,8 @@
 class CXC_API CSnsCohFace09File : public CSnsCohFace08Show {
 public:
     /// Stores the package with its datasets in the newest layout and flushes the archive, or loads
-    /// one of any known version; the archive decides. m_actCtlOperation and the viewers are not
-    /// stored.
+    /// one of any known version (20121016, 20080721); the archive decides. m_actCtlOperation and
+    /// the viewers are not stored.
     /// Loading refuses a foreign record with "Unknown Coherence file!" and an unknown version with
     /// "Coherence data format error!", the package unchanged. After that all datasets are
     /// released, and there is no way back: a load that fails leaves what it has read. The current
@@ -25,6 +25,7 @@ protected:
     int _01SerializeCohDataPA(CArchive& ar);
     /// Identifier, names and show flag.
     int _03SerializeOthers(CArchive& ar);
+    /// As _03SerializeOthers, in the layout of version 20080721, which has no descriptive text.
     int _03SerializeOthers_obsolete(CArchive& ar);
 
 private:

@@ -11,7 +11,9 @@ class CDlgSnsCohManager;
 /// window first, then the datasets, then the list of viewers, which are not told.
 class CXC_API CSnsCohFacezq : public CSnsCohFace09File {
 public:
+    /// Without datasets, viewers and manager window.
     CSnsCohFacezq() = default;
+    /// In the order told above.
     ~CSnsCohFacezq();
 
     /// Adds `data` to the dataset of class cls (-1: the current one), value by value. Returns the
@@ -23,9 +25,10 @@ public:
     /// without a common class.
     int sumFace(const CSnsCohFacezq& other);
 
-    /// Shows the manager window of the package; the first call makes it, the package owns it.
-    /// Returns 1; in a build without windows 0, after a message.
+    /// Shows the manager window of the package; the first call makes it under `parent`, which may
+    /// be null, and the package owns it. Returns 1; in a build without windows 0, after "The
+    /// manager windows are available on Windows only.".
     int showDlgSnsCohManager(CWnd* parent);
 
-    CDlgSnsCohManager* m_dlgSnsCohManager = nullptr;  // owning; null until first shown
+    CDlgSnsCohManager* m_dlgSnsCohManager = nullptr;  ///< owning; null until first shown
 };

@@ -9,6 +9,7 @@
 
 namespace cxc {
 
+/// @cond internal
 /// What results over many datasets are made from.
 struct Together {
     const CPtrArray& datasets;       // null entries are skipped
@@ -28,9 +29,10 @@ bool meanOf(const Together& from, CSnsCohDatazq& mean);
 /// it has no cell from 0.0. An equal value and a NaN never replace one.
 bool summaryOf(const Together& from, CSnsCohDatazq& minimum, CSnsCohDatazq& mean,
                CSnsCohDatazq& maximum);
+/// @endcond
 
-/// Asked after each row of the results of meanOf and summaryOf how many rows are done, of how many.
-/// The answer false gives the results up, as where memory lacks.
+/// Asked after each row of the results of averageAll and summaryAll of a group how many rows are
+/// done, of how many. The answer false gives the results up, as where memory lacks.
 using RowWatcher = std::function<bool(__int64 done, __int64 rows)>;
 
 /// Sets who is asked on this thread from now on; an empty function for nobody. It must not throw.
@@ -38,11 +40,12 @@ CXC_API void watchRows(RowWatcher watcher);
 
 /// The same for datasets that come one after another, so that only one of them is in memory: give
 /// `sums` (and, for a summary, the extremes) the shape of the largest, all 0.0, take every dataset
-/// in order, then make the sums means. The values are those of meanOf and summaryOf to the last
-/// bit.
+/// in order, then make the sums means. The values are those of averageAll and summaryAll of a group
+/// to the last bit.
 CXC_API void addToSums(CSnsCohDatazq& sums, const CSnsCohDatazq& next);
 
-/// `first` is set for the first dataset of all.
+/// Widens the extremes by the values of `next`; `first` is set for the first dataset of all, whose
+/// values start them. Values that it does not have start from 0.0.
 CXC_API void takeExtremes(CSnsCohDatazq& minimum, CSnsCohDatazq& maximum, const CSnsCohDatazq& next,
                           bool first);
 
