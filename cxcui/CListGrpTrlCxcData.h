@@ -13,6 +13,7 @@ class CXC_API CListGrpTrlCxcData : public CListCtrl {
     DECLARE_DYNAMIC(CListGrpTrlCxcData)
 
 public:
+    /// Without a window and without a group.
     CListGrpTrlCxcData() = default;
 
     /// Pictures, the seven columns and extended styles. Always 1.
@@ -29,14 +30,16 @@ public:
     /// Whether the row of the dataset is selected, by the index that the last filling stored in it.
     bool isSelected(const CSnsCohDatazq& dataset) const;
 
+    /// Whether rows are being inserted: what the control tells its dialog then is no choice.
     bool isFilling() const { return m_filling; }
 
-    CGroupMeegCxcFacezq* m_group = nullptr;         // not owned
-    CImageList* m_imageLarge = nullptr;             // 32 x 32, made by the setup, never deleted
-    CImageList* m_imageSmall = nullptr;             // 16 x 16, made by the setup, never deleted
-    CDlgGroupTrlCxcDataManager* m_owner = nullptr;  // the dialog
+    CGroupMeegCxcFacezq* m_group = nullptr;         ///< whose datasets are listed, not owned
+    CImageList* m_imageLarge = nullptr;             ///< 32 x 32, made by the setup, never deleted
+    CImageList* m_imageSmall = nullptr;             ///< 16 x 16, made by the setup, never deleted
+    CDlgGroupTrlCxcDataManager* m_owner = nullptr;  ///< the dialog
 
 protected:
+    /// Hands the right click on to the dialog.
     afx_msg void OnContextMenu(CWnd* window, CPoint point);
     DECLARE_MESSAGE_MAP()
 

@@ -13,6 +13,7 @@ class CXC_API CListSnsCohDatazq : public CListCtrl {
     DECLARE_DYNAMIC(CListSnsCohDatazq)
 
 public:
+    /// Without a window and without a dataset.
     CListSnsCohDatazq() = default;
 
     /// Replaces all columns by the six of the list. Always 1.
@@ -35,14 +36,17 @@ public:
     /// Whether rows are being inserted: what the control tells its dialog then is no choice.
     bool isFilling() const { return m_filling; }
 
-    CSnsCohDatazq* m_dataset =
-        nullptr;  // not owned; may be released behind the list: use dataset()
-    CImageList* m_imageLarge = nullptr;    // 32 x 32, made by the setup, never deleted
-    CImageList* m_imageSmall = nullptr;    // 16 x 16, made by the setup, never deleted
-    const CSnsCohFace* m_owner = nullptr;  // package of the dataset, not owned; null: nobody to ask
+    /// The dataset whose pairs are listed, not owned; may be released behind the list: use
+    /// dataset().
+    CSnsCohDatazq* m_dataset = nullptr;
+    CImageList* m_imageLarge = nullptr;    ///< 32 x 32, made by the setup, never deleted
+    CImageList* m_imageSmall = nullptr;    ///< 16 x 16, made by the setup, never deleted
+    const CSnsCohFace* m_owner = nullptr;  ///< package of the dataset, not owned; null: none asked
 
 protected:
+    /// Fills the list anew.
     afx_msg void OnColumnClick(NMHDR* notification, LRESULT* result);
+    /// Deliberately nothing.
     afx_msg void OnLButtonDblClk(UINT flags, CPoint point);
     DECLARE_MESSAGE_MAP()
 

@@ -11,6 +11,7 @@ class CXC_API CListSnsCohFacezq : public CListCtrl {
     DECLARE_DYNAMIC(CListSnsCohFacezq)
 
 public:
+    /// Without a window and without a package.
     CListSnsCohFacezq() = default;
 
     /// Pictures and extended styles. Always 1.
@@ -26,11 +27,12 @@ public:
     /// a dataset or a class, the latter after "This is no data!" for -1.
     int fillRow(int k);
 
+    /// Whether rows are being inserted: what the control tells its dialog then is no choice.
     bool isFilling() const { return m_filling; }
 
-    CSnsCohFacezq* m_package = nullptr;  // not owned
-    CImageList* m_imageLarge = nullptr;  // 32 x 32, made by the setup, never deleted
-    CImageList* m_imageSmall = nullptr;  // 16 x 16, made by the setup, never deleted
+    CSnsCohFacezq* m_package = nullptr;  ///< whose datasets are listed, not owned
+    CImageList* m_imageLarge = nullptr;  ///< 32 x 32, made by the setup, never deleted
+    CImageList* m_imageSmall = nullptr;  ///< 16 x 16, made by the setup, never deleted
 
 protected:
     DECLARE_MESSAGE_MAP()

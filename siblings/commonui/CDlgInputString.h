@@ -13,9 +13,11 @@ public:
     /// Without a parent the main window is the owner.
     explicit CDlgInputString(CWnd* parent = nullptr);
 
-    CString m_text;
+    CString m_text;  ///< the line of text, before and after; empty
 
 protected:
+    /// Between m_text and the edit control.
     void DoDataExchange(CDataExchange* exchange) override;
+    /// Selects the whole text, so that typing replaces it.
     BOOL OnInitDialog() override;
 };

@@ -11,8 +11,11 @@ class CRichInfoWindow;
 /// application object is gone.
 class CXC_COMMONUI_API CRichInfozq {
 public:
+    /// Without a window.
     CRichInfozq() = default;
+    /// Not to be copied.
     CRichInfozq(const CRichInfozq&) = delete;
+    /// Not to be assigned.
     CRichInfozq& operator=(const CRichInfozq&) = delete;
     /// Closes the window.
     ~CRichInfozq();
