@@ -56,6 +56,7 @@ for stage in "${stages[@]}"; do
     checks)
       echo "== checks"
       scripts/check.py || failed+=(checks)
+      scripts/docs.sh || failed+=(docs)
       ;;
     *) echo "test.sh: unknown stage $stage" >&2; exit 2 ;;
   esac
