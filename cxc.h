@@ -23,7 +23,7 @@
 /// Results: 1 is success and 0 failure, unless an operation says otherwise. Most failures are
 /// silent; where a text is quoted, it is shown in a message box, which in programs without windows
 /// is the application object's DoMessageBox. The framework's exceptions of archives and files pass
-/// through serialize and the operations on files; the library has none of its own.
+/// through serialize, opening and saving; the library has none of its own.
 ///
 /// Threads: nothing locks. One thread at a time uses an object and what it owns; windows, viewers
 /// and messages belong to the thread of the user interface.

@@ -8,6 +8,8 @@
 
 class CMMatrix2Dzq;
 
+/// The dataset, base of its chain: all fields, the grid, matrix exchange, the value range.
+///
 /// value(t, r, c) is element t of the vector m_mCC[r][c]: row channel, column channel, slice.
 ///
 /// A dataset has a grid or none (m_mCC null). Its counters are public, and a file may set them

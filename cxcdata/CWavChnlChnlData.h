@@ -7,7 +7,9 @@
 #include "cxcdata/cxc_api.h"
 #include "framework.h"
 
-/// One vector. No virtual operations: arrays of it are made and released with array new and
+/// The values of one sensor pair over the time slices, with a backup; base of the vector chain.
+///
+/// No virtual operations: arrays of it are made and released with array new and
 /// delete, by their exact type.
 ///
 /// m_data is null or holds at least m_size doubles, m_bkData is null or holds m_bkSize doubles. A

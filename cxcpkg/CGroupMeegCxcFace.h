@@ -6,6 +6,8 @@
 #include "cxcdata/cxc_api.h"
 #include "framework.h"
 
+/// The group, base of its chain: all fields, and the list of datasets.
+///
 /// Datasets are addressed by their index in the list, whose entries may be null; null entries
 /// count in sizes and indices. The current index names the dataset in use; -1 is none. It is not
 /// kept in step with the list.

@@ -6,6 +6,8 @@
 #include "cxcdata/cxc_api.h"
 #include "framework.h"
 
+/// The package, base of its chain: all fields, and one slot for each of three classes.
+///
 /// Class ids: 0 Active, 1 Control, 2 Act-Ctl (Active combined with the baseline Control). A class
 /// is a slot of the package, not a property of the dataset: each slot holds one dataset or none.
 ///

@@ -10,6 +10,8 @@
 class CGroupMeegCxcFacezq;
 class CSnsCohDatazq;
 
+/// The Source Coherence Image Manager, the window in which a user manages a group.
+///
 /// Modeless. Lists the datasets of the group: the active one is the group's current dataset, each
 /// is shown or hidden. The host is told of nearly every command through m_hostNotify, and repaints
 /// its views; it may do anything there, also release datasets, the group and with it the dialog.

@@ -10,6 +10,8 @@
 class CSnsCohDatazq;
 class CSnsCohFacezq;
 
+/// The Waveform CxC Manager, the window in which a user manages one package.
+///
 /// Modeless. Lists the datasets of the package and the channel pairs of one of them. Most commands
 /// act on the current dataset (the current class of the package); the rows, the columns and the
 /// slices that are chosen belong to the listed dataset, which is another choice. Filling the list

@@ -8,6 +8,8 @@ class CDlgGroupTrlCxcDataManager;
 class CGroupMeegCxcFacezq;
 class CSnsCohDatazq;
 
+/// The list of a group's datasets in its manager.
+///
 /// A view of the group: filled on request, row i is dataset i. A right click goes to the dialog.
 class CXC_API CListGrpTrlCxcData : public CListCtrl {
     DECLARE_DYNAMIC(CListGrpTrlCxcData)

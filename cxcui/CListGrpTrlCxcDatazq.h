@@ -5,6 +5,8 @@
 #include "cxcui/CListGrpTrlCxcData.h"
 #include "framework.h"
 
+/// The list of the group manager: the end of its chain.
+///
 /// Adds its run-time class.
 class CXC_API CListGrpTrlCxcDatazq : public CListGrpTrlCxcData {
     DECLARE_DYNAMIC(CListGrpTrlCxcDatazq)

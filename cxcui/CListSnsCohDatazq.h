@@ -7,6 +7,8 @@
 class CSnsCohDatazq;
 class CSnsCohFace;
 
+/// The list of one dataset's channel pairs: the current row sensor with every column sensor.
+///
 /// A view: holds no data of its own, shows what it was last filled with, and is filled on request.
 /// A click on a column header fills it anew; there is no sorting, and a double click does nothing.
 class CXC_API CListSnsCohDatazq : public CListCtrl {

@@ -6,6 +6,8 @@
 
 class CSnsCohFacezq;
 
+/// The list of a package's datasets in its manager, one row per class that has one.
+///
 /// A view like CListSnsCohDatazq. Its columns and the handling of its selection are its dialog's.
 class CXC_API CListSnsCohFacezq : public CListCtrl {
     DECLARE_DYNAMIC(CListSnsCohFacezq)

@@ -4,6 +4,8 @@
 #include "framework.h"
 #include "siblings/commonui/commonui_api.h"
 
+/// A dialog that asks for one line of text (Windows).
+///
 /// Modal: set m_text to the text to begin with, call DoModal; after IDOK m_text is what was
 /// entered. Cancel and Escape leave it as it was.
 class CXC_COMMONUI_API CDlgInputString : public CDialogEx {

@@ -6,7 +6,9 @@
 
 class CRichInfoWindow;
 
-/// Holds one information window, which is made when it is first shown. An object may live as long
+/// A window that shows a text to read, to select and to copy (Windows).
+///
+/// Holds one such window, which is made when it is first shown. An object may live as long
 /// as a library is loaded: making it touches no window, nor does its end once the program's
 /// application object is gone.
 class CXC_COMMONUI_API CRichInfozq {

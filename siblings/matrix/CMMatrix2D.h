@@ -5,6 +5,8 @@
 #include "framework.h"
 #include "siblings/matrix/matrix_api.h"
 
+/// A matrix of doubles behind a table of row pointers.
+///
 /// Element (r, c) is at getDataPP()[r][c]. A matrix has storage of at least 1 x 1 or none. Not to
 /// be copied. No virtual operations: arrays of the final type are made and released with array new
 /// and delete.
