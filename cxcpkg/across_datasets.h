@@ -38,6 +38,7 @@ using RowWatcher = std::function<bool(__int64 done, __int64 rows)>;
 /// Sets who is asked on this thread from now on; an empty function for nobody. It must not throw.
 CXC_API void watchRows(RowWatcher watcher);
 
+/// Adds `next` to the sums, value by value, where both have a cell.
 /// For datasets that come one after another, so that only one of them is in memory: give
 /// `sums` (and, for a summary, the extremes) the shape of the largest, all 0.0, take every dataset
 /// in order, then make the sums means. The values are those of averageAll and summaryAll of a group
