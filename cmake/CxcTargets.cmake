@@ -30,6 +30,11 @@ if(CXC_SANITIZE)
   add_link_options(-fsanitize=address,undefined)
 endif()
 
+if(CXC_FUZZ)
+  add_compile_options(-fsanitize=fuzzer-no-link)
+  add_link_options(-fsanitize=fuzzer-no-link)
+endif()
+
 # Warnings of the library's own code.
 function(cxc_warnings target)
   if(NOT MSVC)

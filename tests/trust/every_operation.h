@@ -15,7 +15,7 @@ namespace test {
 /// together: counters that a file announces are to fail early, not to fill the machine.
 class MemoryBudget {
 public:
-    explicit MemoryBudget(std::size_t largest = 4 << 20, std::size_t total = 32 << 20);
+    explicit MemoryBudget(std::size_t largest = 64 << 10, std::size_t total = 512 << 10);
     ~MemoryBudget();
     MemoryBudget(const MemoryBudget&) = delete;
     MemoryBudget& operator=(const MemoryBudget&) = delete;

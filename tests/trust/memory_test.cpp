@@ -233,7 +233,9 @@ public:
                     outcome == Outcome::noMemory)
             << test::name(outcome);
         EXPECT_EQ(m_app.waiting(), 0);
-        if (n == 0) EXPECT_EQ(outcome, Outcome::accepted);
+        if (n == 0) {
+            EXPECT_EQ(outcome, Outcome::accepted);
+        }
         test::Digest digest;
         test::useEverything(world->vector, digest);
         test::useEverything(world->dataset, digest);

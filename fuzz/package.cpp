@@ -1,0 +1,8 @@
+// Any bytes as the record of a package.
+#include "fuzz/records.h"
+#include "tests/trust/golden_files.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    static const std::string before = golden::packageFiles()[0].bytes;
+    return fuzz::checkRecord<CSnsCohFacezq, reference::Package>(data, size, before);
+}
