@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Passes every test: installs what is missing, then builds and tests each build.
 #   ./test.sh                 everything
-#   ./test.sh checks|native|analysis|coverage|memcheck|sanitized|windows [...]   only these stages
+#   ./test.sh checks|native|analysis|coverage|memcheck|instructions|sanitized|windows [...]
+#                             only these stages
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")"
 scripts/install-deps.sh
@@ -10,7 +11,8 @@ scripts/install-deps.sh
 trap 'scripts/wine-run.sh --stop' EXIT
 
 stages=("$@")
-[ ${#stages[@]} -gt 0 ] || stages=(checks native analysis coverage memcheck sanitized windows)
+[ ${#stages[@]} -gt 0 ] ||
+  stages=(checks native analysis coverage memcheck instructions sanitized windows)
 jobs=$(nproc)
 failed=()
 
@@ -52,6 +54,10 @@ for stage in "${stages[@]}"; do
     memcheck)
       echo "== memcheck"
       scripts/memcheck.sh build/linux || failed+=(memcheck)
+      ;;
+    instructions)
+      echo "== instructions"
+      bench/compare || failed+=(instructions)
       ;;
     checks)
       echo "== checks"

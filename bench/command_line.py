@@ -1,27 +1,27 @@
 #!/usr/bin/env python3
-"""`cxc average` over 50 files beside `cat` of the same files to nothing.
+"""`cxc average` over the files of a group beside `cat` of the same files to nothing.
 
-Run with PYTHONPATH=<build>/python and the program's path as argument. Prints a Markdown table: for
-files that have to come from the disk, and for files that the system still holds in memory.
+    PYTHONPATH=<build>/python CXC_TOOL=<program> command_line.py SHAPE OUT [--only REGEX] ...
+
+For files that have to come from the disk, and for files that the system still holds in memory.
 """
 
+from __future__ import annotations
+
+import functools
 import os
 import pathlib
-import statistics
 import subprocess
 import sys
 import tempfile
-import time
 
 import numpy as np
 
 import cxc
-
-FILES = 50
-REPEATS = 7
+from cells import Cells
 
 
-def forget(paths) -> None:
+def forget(paths: list[str]) -> None:
     """Has the system drop what it holds of the files."""
     for path in paths:
         with open(path, "rb") as file:
@@ -29,14 +29,8 @@ def forget(paths) -> None:
             os.posix_fadvise(file.fileno(), 0, 0, os.POSIX_FADV_DONTNEED)
 
 
-def median(command, before) -> float:
-    times = []
-    for _ in range(REPEATS):
-        before()
-        begin = time.perf_counter()
-        subprocess.run(command, stdout=subprocess.DEVNULL, check=True)
-        times.append(time.perf_counter() - begin)
-    return statistics.median(times) * 1e3
+def run(command: list[str]) -> None:
+    subprocess.run(command, stdout=subprocess.DEVNULL, check=True)
 
 
 # A process starts with the peak of the one that started it: a small one has to stand between.
@@ -47,7 +41,7 @@ print(os.wait4(pid, 0)[2].ru_maxrss)
 """
 
 
-def peak(command) -> int:
+def peak(command: list[str]) -> int:
     """Largest memory of a command, in bytes."""
     told = subprocess.run(
         [sys.executable, "-SEc", BETWEEN, *command], capture_output=True, text=True, check=True
@@ -55,27 +49,36 @@ def peak(command) -> int:
     return int(told.stdout.split()[-1]) * 1024
 
 
+def datasets_held(tool: str, folder: str) -> float:
+    """Memory of an average of 20 large files, in datasets."""
+    large = str(pathlib.Path(folder, "large.cxc"))
+    cxc.Dataset.from_array(np.zeros((100, 200, 200))).save(large)
+    average = [tool, "average", *[large] * 20, "-o", str(pathlib.Path(folder, "a.cxc")), "--force"]
+    return (peak(average) - peak([tool, "--version"])) / os.path.getsize(large)
+
+
 def main() -> None:
-    tool = sys.argv[1]
+    tool = os.environ["CXC_TOOL"]
+    cells = Cells(__doc__.split("\n")[0])
     with tempfile.TemporaryDirectory() as folder:
         random = np.random.default_rng(1)
-        paths = [str(pathlib.Path(folder, f"s{i:02}.cxc")) for i in range(FILES)]
+        paths = [str(pathlib.Path(folder, f"s{i:02}.cxc")) for i in range(cells.members)]
         for path in paths:
-            cxc.Dataset.from_array(random.random((100, 64, 64))).save(path)
+            values = random.random((cells.slices, cells.sensors, cells.sensors))
+            cxc.Dataset.from_array(values).save(path)
         average = [tool, "average", *paths, "-o", str(pathlib.Path(folder, "m.cxc")), "--force"]
-        print(f"average of {FILES} files of 64 x 64 x 100, {os.path.getsize(paths[0])} bytes each")
-        print()
-        print("| files | average, ms | cat, ms | ratio | target |")
-        print("|---|---|---|---|---|")
-        for where, before in [("on the disk", lambda: forget(paths)), ("in memory", lambda: None)]:
-            ours, limit = median(average, before), median(["cat", *paths], before)
-            print(f"| {where} | {ours:.1f} | {limit:.1f} | {ours / limit:.2f} | 1.50 |")
-        large = str(pathlib.Path(folder, "large.cxc"))
-        cxc.Dataset.from_array(np.zeros((100, 200, 200))).save(large)
-        average = [tool, "average", *[large] * 20, "-o", paths[0], "--force"]
-        used = peak(average) - peak([tool, "--version"])
-        print()
-        print(f"memory: that of {used / os.path.getsize(large):.2f} datasets")
+        for where, before in [("on disk", lambda: forget(paths)), ("in memory", None)]:
+            for name, command in [
+                (f"ours/cxc average, {where}", average),
+                (f"cat/files {where}", ["cat", *paths]),
+            ]:
+                cells.measure(name, functools.partial(run, command), before, outside=True)
+        cells.figure(
+            "memory of `cxc average`, 200 x 200 x 100, in datasets",
+            2.0,
+            lambda: datasets_held(tool, folder),
+        )
+    cells.write()
 
 
 if __name__ == "__main__":

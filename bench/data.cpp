@@ -1,6 +1,8 @@
 #include "bench/data.h"
 
-#include <random>
+#include <cstdlib>
+#include <filesystem>
+#include <stdexcept>
 
 namespace bench {
 namespace {
@@ -18,7 +20,24 @@ private:
     std::uint64_t m_state;
 };
 
-volatile double g_sink;
+class Folder {
+public:
+    Folder() {
+        std::string name = (std::filesystem::temp_directory_path() / "cxc-bench-XXXXXX").string();
+        if (::mkdtemp(name.data()) == nullptr) throw std::runtime_error("no folder for files");
+        m_path = name;
+    }
+    ~Folder() {
+        std::error_code ignored;
+        std::filesystem::remove_all(m_path, ignored);
+    }
+    Folder(const Folder&) = delete;
+    Folder& operator=(const Folder&) = delete;
+    const std::filesystem::path& path() const { return m_path; }
+
+private:
+    std::filesystem::path m_path;
+};
 
 }  // namespace
 
@@ -47,8 +66,9 @@ Vectors makeVectors(__int64 count, __int64 nTim, unsigned seed) {
     return vectors;
 }
 
-void keep(double value) {
-    g_sink = value;
+std::string fileIn(const char* name) {
+    static const Folder folder;
+    return (folder.path() / name).string();
 }
 
 }  // namespace bench

@@ -1,23 +1,34 @@
-// Data that the benchmarks share.
+// Data and files that the measurements share.
 #pragma once
 
 #include "cxc.h"
 
 #include <memory>
+#include <string>
 #include <vector>
 
 namespace bench {
+
+using Shared = std::shared_ptr<CSnsCohDatazq>;
 
 /// Values of separately allocated vectors, as the library holds them.
 using Vectors = std::vector<std::unique_ptr<double[]>>;
 
 /// A dataset of n x n pairs of nTim slices with values in (-1, 1), the same in every run.
-std::unique_ptr<CSnsCohDatazq> makeDataset(__int64 n, __int64 nTim, unsigned seed = 1);
+std::unique_ptr<CSnsCohDatazq> makeDataset(__int64 n, __int64 nTim, unsigned seed);
 
 /// `count` vectors of nTim values each.
-Vectors makeVectors(__int64 count, __int64 nTim, unsigned seed = 1);
+Vectors makeVectors(__int64 count, __int64 nTim, unsigned seed);
 
-/// Keeps the optimiser from dropping a result.
-void keep(double value);
+/// Path of a file in a folder of this process, which goes when the process ends.
+std::string fileIn(const char* name);
+
+/// The dataset as a file, and what the text export leaves: the limits move as many bytes.
+inline std::string datasetFile() {
+    return fileIn("dataset.cxc");
+}
+inline std::string textFile() {
+    return fileIn("text.txt");
+}
 
 }  // namespace bench

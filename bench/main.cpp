@@ -1,113 +1,94 @@
-// cxc_bench [--benchmark_filter=REGEX]: runs every comparison and prints a Markdown table.
-#include "bench/compare.h"
+// cxc_bench SHAPE [--only=REGEX] [--repetitions=N] [--benchmark_...]: operations of the library and
+// the limits of the machine, "ours/..." and "limit/...", on one shape such as 64x64x100 (dataset)
+// or 10x64x64x100 (group).
+#include "bench/limits.h"
+#include "bench/memory.h"
+
+#include <benchmark/benchmark.h>
 
 #include <chrono>
 #include <cstdio>
-#include <map>
-#include <memory>
-#include <vector>
+#include <exception>
+#include <regex>
 
 namespace bench {
 namespace {
 
-struct Row {
-    std::string name;
-    std::string limitName;
-    double target;
+struct Options {
+    std::string shape;
+    std::regex only{""};
+    int repetitions = 3;
 };
 
-struct Figure {
-    std::string name;
-    std::string unit;
-    double target;
-    std::function<double()> measure;
-};
-
-std::vector<Row>& rows() {
-    static std::vector<Row> all;
-    return all;
-}
-
-std::vector<Figure>& figures() {
-    static std::vector<Figure> all;
-    return all;
-}
-
-void registerOne(const std::string& name, Work work) {
-    benchmark::RegisterBenchmark(name.c_str(),
-                                 [work](benchmark::State& state) {
-                                     for (auto _ : state)
-                                         state.SetIterationTime(work());
-                                 })
-        ->UseManualTime()
-        ->Unit(benchmark::kMillisecond)
-        ->Repetitions(7)
-        ->MinTime(0.01);
-}
-
-class Medians : public benchmark::ConsoleReporter {
-public:
-    std::map<std::string, double> milliseconds;
-
-    void ReportRuns(const std::vector<Run>& runs) override {
-        for (const Run& run : runs) {
-            if (run.aggregate_name == "median")
-                milliseconds[run.run_name.function_name] = run.GetAdjustedRealTime();
-        }
+Options optionsOf(int argc, char** argv) {
+    Options options;
+    for (int i = 1; i < argc; ++i) {
+        const std::string word = argv[i];
+        if (word.rfind("--only=", 0) == 0)
+            options.only = word.substr(7);
+        else if (word.rfind("--repetitions=", 0) == 0)
+            options.repetitions = std::stoi(word.substr(14));
+        else
+            options.shape = word;
     }
-};
-
-void printTable(const std::map<std::string, double>& medians) {
-    std::printf("| operation | ms | limit, measured beside it | ms | ratio | target |\n");
-    std::printf("|---|---|---|---|---|---|\n");
-    for (const Row& row : rows()) {
-        const auto ours = medians.find(row.name + " | ours");
-        const auto limit = medians.find(row.name + " | limit");
-        if (ours == medians.end() || limit == medians.end()) continue;
-        std::printf("| %s | %.3f | %s | %.3f | %.2f | %.2f |\n", row.name.c_str(), ours->second,
-                    row.limitName.c_str(), limit->second, ours->second / limit->second, row.target);
-    }
-    for (const Figure& figure : figures()) {
-        std::printf("| %s | | | | %.0f %s | %.0f |\n", figure.name.c_str(), figure.measure(),
-                    figure.unit.c_str(), figure.target);
-    }
+    return options;
 }
 
-}  // namespace
-
-void compare(const std::string& name, double target, Work ours, const std::string& limitName,
-             Work limit) {
-    rows().push_back({name, limitName, target});
-    registerOne(name + " | ours", std::move(ours));
-    registerOne(name + " | limit", std::move(limit));
-}
-
-void figure(const std::string& name, double target, const std::string& unit,
-            std::function<double()> measure) {
-    figures().push_back({name, unit, target, std::move(measure)});
-}
-
-double seconds(const std::function<void()>& f) {
+double seconds(const std::function<void()>& work) {
     const auto begin = std::chrono::steady_clock::now();
-    f();
+    work();
     return std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
 }
 
-void registerFile();
-void registerProcessing();
-void registerExport();
-void registerGroup();
+void putBack(const Operation& operation) {
+    if (operation.after) operation.after();
+}
 
+void measure(const std::string& name, const Operation& operation, const Options& options) {
+    if (!std::regex_search(name, options.only)) return;
+    Memory memory;
+    const double first = seconds([&] { memory = memoryOf(operation.run); });
+    putBack(operation);
+    // What takes long is not done again: its first time is its figure.
+    const bool slow = first > 1.0;
+    benchmark::internal::Benchmark* const made =
+        benchmark::RegisterBenchmark(name.c_str(), [=](benchmark::State& state) {
+            for (auto _ : state) {
+                state.SetIterationTime(slow ? first : seconds(operation.run));
+                if (!slow) putBack(operation);
+            }
+            state.counters["peak"] = memory.peak;
+            state.counters["allocated"] = memory.allocated;
+        });
+    made->UseManualTime()->Unit(benchmark::kMillisecond);
+    if (slow)
+        made->Iterations(1);
+    else
+        made->MinTime(0.01)->Repetitions(options.repetitions);
+}
+
+void run(int argc, char** argv) {
+    benchmark::Initialize(&argc, argv);
+    const Options options = optionsOf(argc, argv);
+    const Shape shape = shapeOf(options.shape);
+    benchmark::AddCustomContext("dataset_bytes", std::to_string(datasetBytes(shape)));
+    const std::vector<Operation> ours = operations(shape);
+    for (const Operation& operation : ours)
+        measure("ours/" + operation.name, operation, options);
+    for (const Operation& limit : limits(shape))
+        measure("limit/" + limit.name, limit, options);
+    benchmark::RunSpecifiedBenchmarks();
+}
+
+}  // namespace
 }  // namespace bench
 
 int main(int argc, char** argv) {
-    benchmark::Initialize(&argc, argv);
-    bench::registerFile();
-    bench::registerProcessing();
-    bench::registerExport();
-    bench::registerGroup();
-    bench::Medians medians;
-    benchmark::RunSpecifiedBenchmarks(&medians);
-    bench::printTable(medians.milliseconds);
-    return 0;
+    try {
+        bench::run(argc, argv);
+        return 0;
+    } catch (const std::exception& e) {
+        std::fprintf(stderr, "cxc_bench: %s\n", e.what());
+        return 2;
+    }
 }

@@ -1,0 +1,301 @@
+#include "bench/limits.h"
+
+#include "bench/data.h"
+#include "cxcfile/fixed_decimal.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <memory>
+
+namespace bench {
+namespace {
+
+constexpr std::size_t block = 1 << 20;
+
+// Keeps the optimiser from dropping a result.
+volatile double g_sink;
+
+// Two sets of separately allocated vectors, and two contiguous arrays of as many values.
+struct Plain {
+    explicit Plain(const Shape& wanted)
+        : shape(wanted),
+          length(static_cast<std::size_t>(wanted.nTim)),
+          a(makeVectors(wanted.pairs(), wanted.nTim, 1)),
+          b(makeVectors(wanted.pairs(), wanted.nTim, 2)),
+          x(wanted.values(), 0.25),
+          y(wanted.values(), 0.5),
+          buffer(block, 'x') {}
+
+    Shape shape;
+    std::size_t length;
+    Vectors a, b;
+    std::vector<double> x, y;
+    std::vector<char> buffer;
+};
+
+using SharedPlain = std::shared_ptr<Plain>;
+
+class Descriptor {
+public:
+    Descriptor(const std::string& path, int mode) : m_file(::open(path.c_str(), mode, 0644)) {
+        if (m_file < 0) std::abort();
+    }
+    ~Descriptor() { ::close(m_file); }
+    Descriptor(const Descriptor&) = delete;
+    Descriptor& operator=(const Descriptor&) = delete;
+
+    void write(const char* bytes, std::size_t count) const {
+        if (::write(m_file, bytes, count) != static_cast<ssize_t>(count)) std::abort();
+    }
+    std::size_t read(char* bytes, std::size_t count) const {
+        const ssize_t got = ::read(m_file, bytes, count);
+        if (got < 0) std::abort();
+        return static_cast<std::size_t>(got);
+    }
+    void flush() const {
+        if (::fsync(m_file) != 0) std::abort();
+    }
+
+private:
+    int m_file;
+};
+
+constexpr int writing = O_CREAT | O_TRUNC | O_WRONLY;
+
+double readOnce(const Vectors& vectors, std::size_t length) {
+    // Eight sums side by side: the limit is the memory, not the latency of one addition.
+    double sums[8] = {};
+    for (std::size_t i = 0; i < vectors.size(); ++i) {
+        const double* const v = vectors[i].get();
+        std::size_t t = 0;
+        for (; t + 8 <= length; t += 8) {
+            for (std::size_t k = 0; k < 8; ++k)
+                sums[k] += v[t + k];
+        }
+        for (; t < length; ++t)
+            sums[(i + t) % 8] += v[t];
+    }
+    double sum = 0.0;
+    for (const double s : sums)
+        sum += s;
+    return sum;
+}
+
+void add(double* x, const double* y, std::size_t count) {
+    for (std::size_t i = 0; i < count; ++i)
+        x[i] += y[i];
+}
+
+void addMemory(std::vector<Operation>& all, const SharedPlain& p) {
+    const std::size_t vectorBytes = p->length * sizeof(double);
+    all.push_back({"copy", [p] { std::copy(p->x.begin(), p->x.end(), p->y.begin()); }});
+    all.push_back({"copy, separate vectors", [p, vectorBytes] {
+                       for (std::size_t i = 0; i < p->a.size(); ++i)
+                           std::memcpy(p->b[i].get(), p->a[i].get(), vectorBytes);
+                   }});
+    all.push_back({"add", [p] { add(p->x.data(), p->y.data(), p->x.size()); }});
+    all.push_back({"add, separate vectors", [p] {
+                       for (std::size_t i = 0; i < p->a.size(); ++i)
+                           add(p->a[i].get(), p->b[i].get(), p->length);
+                   }});
+    all.push_back({"subtract a constant, separate vectors", [p] {
+                       for (std::size_t i = 0; i < p->a.size(); ++i) {
+                           const double* const from = p->a[i].get();
+                           double* const to = p->b[i].get();
+                           for (std::size_t t = 0; t < p->length; ++t)
+                               to[t] = from[t] - 0.25;
+                       }
+                   }});
+    all.push_back({"read once, separate vectors", [p] { g_sink = readOnce(p->a, p->length); }});
+}
+
+// The same as those above, where the result is made afresh.
+void addFresh(std::vector<Operation>& all, const SharedPlain& p) {
+    const auto vectors = std::make_shared<Vectors>();
+    vectors->reserve(p->a.size());
+    all.push_back({"copy into vectors made afresh",
+                   [p, vectors] {
+                       for (std::size_t i = 0; i < p->a.size(); ++i) {
+                           vectors->emplace_back(new double[p->length]);
+                           std::memcpy(vectors->back().get(), p->x.data() + i * p->length,
+                                       p->length * sizeof(double));
+                       }
+                   },
+                   [vectors] { vectors->clear(); }});
+    const auto array = std::make_shared<std::unique_ptr<double[]>>();
+    all.push_back({"copy into an array made afresh",
+                   [p, array] {
+                       array->reset(new double[p->x.size()]);
+                       std::copy(p->x.begin(), p->x.end(), array->get());
+                   },
+                   [array] { array->reset(); }});
+}
+
+// The same arrays made afresh, filled from blocks of the file as they come.
+void readIntoVectors(const std::string& path, Plain& p, Vectors& vectors) {
+    const Descriptor file(path, O_RDONLY);
+    char* const buffer = p.buffer.data();
+    std::size_t have = 0;
+    std::size_t at = 0;
+    for (std::size_t i = 0; i < p.a.size(); ++i) {
+        vectors.emplace_back(new double[p.length]);
+        char* target = reinterpret_cast<char*>(vectors.back().get());
+        for (std::size_t need = p.length * sizeof(double); need > 0;) {
+            if (at == have) {
+                have = file.read(buffer, block);
+                at = 0;
+                if (have == 0) std::abort();
+            }
+            const std::size_t step = std::min(need, have - at);
+            std::memcpy(target, buffer + at, step);
+            target += step;
+            at += step;
+            need -= step;
+        }
+    }
+    while (file.read(buffer, block) > 0) {
+    }
+}
+
+void plainWrite(const std::string& path, const Plain& p, std::size_t bytes, bool toDisk) {
+    const Descriptor file(path, writing);
+    for (std::size_t done = 0; done < bytes; done += std::min(block, bytes - done))
+        file.write(p.buffer.data(), std::min(block, bytes - done));
+    if (toDisk) file.flush();
+}
+
+// As many bytes for each pair as the record has, gathered in small copies.
+void gatheredWrite(const std::string& path, Plain& p, std::size_t bytes) {
+    const Descriptor file(path, writing);
+    const std::size_t pairs = p.a.size();
+    char* const buffer = p.buffer.data();
+    std::size_t have = 0;
+    for (std::size_t i = 0; i < pairs; ++i) {
+        const std::size_t record = bytes * (i + 1) / pairs - bytes * i / pairs;
+        const char* from = reinterpret_cast<const char*>(p.a[i].get());
+        std::size_t fromVector = p.length * sizeof(double);
+        // What a record has beyond its values is as good as any other bytes.
+        for (std::size_t need = record; need > 0;) {
+            if (have == block) {
+                file.write(buffer, block);
+                have = 0;
+            }
+            const std::size_t room = std::min(need, block - have);
+            const std::size_t step = fromVector > 0 ? std::min(room, fromVector) : room;
+            if (fromVector > 0) {
+                std::memcpy(buffer + have, from, step);
+                from += step;
+                fromVector -= step;
+            } else {
+                std::memset(buffer + have, 0, step);
+            }
+            have += step;
+            need -= step;
+        }
+    }
+    file.write(buffer, have);
+}
+
+void addFiles(std::vector<Operation>& all, const SharedPlain& p) {
+    const auto vectors = std::make_shared<Vectors>();
+    vectors->reserve(p->a.size());
+    const std::size_t bytes = std::filesystem::file_size(datasetFile());
+    const std::string written = fileIn("limit.bin");
+    all.push_back({"plain read", [p] {
+                       const Descriptor file(datasetFile(), O_RDONLY);
+                       while (file.read(p->buffer.data(), block) > 0) {
+                       }
+                   }});
+    all.push_back({"arrays made afresh, plain reads",
+                   [p, vectors] { readIntoVectors(datasetFile(), *p, *vectors); },
+                   [vectors] { vectors->clear(); }});
+    all.push_back({"plain write", [p, bytes, written] { plainWrite(written, *p, bytes, false); }});
+    all.push_back(
+        {"small copies, plain write", [p, bytes, written] { gatheredWrite(written, *p, bytes); }});
+    all.push_back(
+        {"plain write, flushed", [p, bytes, written] { plainWrite(written, *p, bytes, true); }});
+}
+
+// Into the same encoding: narrow digits first, then widened.
+void formatWithPrintf(const Plain& p, TCHAR* text) {
+    char digits[400];
+    for (std::size_t t = 0; t < p.length; ++t) {
+        TCHAR* to = text;
+        for (const auto& vector : p.b) {
+            const int length = std::snprintf(digits, sizeof(digits), "%f", vector[t]);
+            for (int i = 0; i < length; ++i)
+                *to++ = static_cast<TCHAR>(digits[i]);
+        }
+    }
+}
+
+// As many bytes, flushed as often as the text of a dataset is.
+void flushedWrite(const std::string& path, const std::vector<char>& text, std::size_t flushes) {
+    const Descriptor file(path, writing);
+    for (std::size_t i = 0; i < flushes; ++i) {
+        const std::size_t from = text.size() * i / flushes;
+        const std::size_t to = text.size() * (i + 1) / flushes;
+        file.write(text.data() + from, to - from);
+        file.flush();
+    }
+}
+
+void addText(std::vector<Operation>& all, const SharedPlain& p) {
+    const auto text = std::make_shared<std::vector<TCHAR>>(p->a.size() * cxc::mostFixedDecimal);
+    all.push_back({"snprintf", [p, text] { formatWithPrintf(*p, text->data()); }});
+    const auto bytes =
+        std::make_shared<std::vector<char>>(std::filesystem::file_size(textFile()), 'x');
+    const std::string written = fileIn("limit.txt");
+    all.push_back({"plain write of the text, as many flushes",
+                   [p, bytes, written] { flushedWrite(written, *bytes, 2 * p->length + 2); }});
+}
+
+// Each value of every member read once, `results` sets of arrays of one member made afresh.
+Operation readMembers(const std::shared_ptr<std::vector<Vectors>>& members, const Shape& shape,
+                      const char* name, int results) {
+    const auto made = std::make_shared<Vectors>();
+    const auto count = static_cast<std::size_t>(shape.pairs());
+    const auto length = static_cast<std::size_t>(shape.nTim);
+    made->reserve(count * static_cast<std::size_t>(results));
+    return {name,
+            [members, made, count, length, results] {
+                for (std::size_t i = 0; i < count; ++i) {
+                    for (int k = 0; k < results; ++k)
+                        made->emplace_back(new double[length]());
+                    for (const Vectors& member : *members)
+                        add(made->back().get(), member[i].get(), length);
+                }
+            },
+            [made] { made->clear(); }};
+}
+
+std::vector<Operation> ofGroup(const Shape& shape) {
+    const auto members = std::make_shared<std::vector<Vectors>>();
+    for (int k = 0; k < shape.members; ++k) {
+        const auto seed = static_cast<unsigned>(k + 1);
+        members->push_back(makeVectors(shape.pairs(), shape.nTim, seed));
+    }
+    return {readMembers(members, shape, "members read once, result made afresh", 1),
+            readMembers(members, shape, "members read once, three results made afresh", 3)};
+}
+
+}  // namespace
+
+std::vector<Operation> limits(const Shape& shape) {
+    if (shape.members > 0) return ofGroup(shape);
+    const SharedPlain plain = std::make_shared<Plain>(shape);
+    std::vector<Operation> all;
+    addFiles(all, plain);
+    addText(all, plain);
+    addMemory(all, plain);
+    addFresh(all, plain);
+    return all;
+}
+
+}  // namespace bench
