@@ -55,17 +55,6 @@ std::unique_ptr<CSnsCohDatazq> makeDataset(__int64 n, __int64 nTim, unsigned see
     return dataset;
 }
 
-Vectors makeVectors(__int64 count, __int64 nTim, unsigned seed) {
-    Vectors vectors;
-    Values values(seed);
-    for (__int64 i = 0; i < count; ++i) {
-        vectors.emplace_back(new double[static_cast<std::size_t>(nTim)]);
-        for (__int64 t = 0; t < nTim; ++t)
-            vectors.back()[static_cast<std::size_t>(t)] = values.next();
-    }
-    return vectors;
-}
-
 std::string fileIn(const char* name) {
     static const Folder folder;
     return (folder.path() / name).string();

@@ -5,20 +5,13 @@
 
 #include <memory>
 #include <string>
-#include <vector>
 
 namespace bench {
 
 using Shared = std::shared_ptr<CSnsCohDatazq>;
 
-/// Values of separately allocated vectors, as the library holds them.
-using Vectors = std::vector<std::unique_ptr<double[]>>;
-
 /// A dataset of n x n pairs of nTim slices with values in (-1, 1), the same in every run.
 std::unique_ptr<CSnsCohDatazq> makeDataset(__int64 n, __int64 nTim, unsigned seed);
-
-/// `count` vectors of nTim values each.
-Vectors makeVectors(__int64 count, __int64 nTim, unsigned seed);
 
 /// Path of a file in a folder of this process, which goes when the process ends.
 std::string fileIn(const char* name);

@@ -90,4 +90,4 @@ def _style(axes, title: str) -> None:
     axes.grid(axis="y", color="#e6e6e6", linewidth=0.6)
     axes.set_axisbelow(True)
     if axes.get_legend_handles_labels()[0]:
-        axes.legend(fontsize=8, frameon=False, labelcolor=INK, loc="upper left")
+        axes.legend(fontsize=8, frameon=False, labelcolor=INK, loc="best")
