@@ -144,13 +144,18 @@ def _parser() -> argparse.ArgumentParser:
     _add_plot(commands)
 
     page = commands.add_parser(
-        "page", help="a dataset as one HTML file: every slice as a heat map, with a slider"
+        "page",
+        help="a dataset, package or group as one HTML file to browse: heat maps, circles, courses",
     )
-    page.add_argument("file")
+    page.add_argument("file", help="a dataset, a package or a group")
     page.add_argument("-o", "--output", help="default: the file's name with .html, here")
     page.add_argument(
         "--limits", nargs=2, type=float, metavar=("LOW", "HIGH"),
-        help="values at the ends of the colours; default: those of the dataset",
+        help="values at the ends of the colours; default: those of all datasets",
+    )  # fmt: skip
+    page.add_argument(
+        "--difference-limits", nargs=2, type=float, metavar=("LOW", "HIGH"),
+        help="the same for Act-Ctl of a package",
     )  # fmt: skip
     page.add_argument("--force", action="store_true", help="replace an existing output")
     page.set_defaults(run=_page)
@@ -296,18 +301,21 @@ def _info(options: argparse.Namespace) -> None:
 
 
 def _page(options: argparse.Namespace) -> None:
-    from .dataset import Dataset
+    from .opening import open_file
     from .page import write_page
 
     stem = os.path.splitext(os.path.basename(os.path.normpath(options.file)))[0]
     output = options.output or stem + ".html"
     check_output(output, options.force)
-    dataset = Dataset.open(options.file)
+    source = open_file(options.file)
     try:
-        write_page(dataset, output, limits=options.limits, overwrite=options.force)
+        write_page(
+            source, output, limits=options.limits, difference_limits=options.difference_limits,
+            overwrite=options.force,
+        )  # fmt: skip
     except ValueError as error:
         raise CommandError(f"{options.file}: {error}") from error
-    print(f"{_printable(output)}: {describe(dataset)}")
+    print(f"{_printable(output)}: {describe(source)}")
 
 
 def _plot(options: argparse.Namespace) -> None:
@@ -366,6 +374,9 @@ def _demo(options: argparse.Namespace) -> None:
     run_demo(options.recording, options.out, analysis_of(options), progress)
 
 
-def describe(dataset) -> str:
-    slices, rows, columns = dataset.shape
+def describe(source) -> str:
+    """A dataset in words, or how many a package or group holds."""
+    if not hasattr(source, "shape"):
+        return f"{len(source)} datasets"
+    slices, rows, columns = source.shape
     return f"{slices} slices of {rows} x {columns} sensors"

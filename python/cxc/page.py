@@ -1,234 +1,253 @@
-"""A dataset as one HTML file: every slice as a heat map, with a slider; no server, no network."""
+"""One HTML file to browse slices with: heat maps and circles, without a server or a network."""
 
 from __future__ import annotations
 
 import base64
+import hashlib
 import html
 import json
+import math
 import os
+import pathlib
 import re
+import unicodedata
+from dataclasses import dataclass
+from typing import Any, Union
 
 import numpy as np
+import numpy.typing as npt
 
+from .containers import Group, Package
 from .dataset import Dataset
-from .exchange import labels_of, times_of
 from .files import whole_file
+from .plot_circle import angles
+from .plot_scale import Scale, make_scale
+from .plot_source import DIFFERENCES, Member, members_of, quantity_of, values_of
+
+Limits = Union[tuple[float, float], None]
 
 # Above this many values one byte each has to do.
 _MOST_WITH_TWO_BYTES = 4_000_000
+# Browsers bear more, but not on every machine, nor does mail.
+_MOST_BYTES = 60_000_000
+# More datasets are a list instead of buttons.
+_MOST_BUTTONS = 4
 
 
 def write_page(
-    dataset: Dataset,
-    path: str | os.PathLike,
+    source: Dataset | Package | Group,
+    path: str | os.PathLike[str],
     *,
-    limits: tuple[float, float] | None = None,
+    limits: Limits = None,
+    difference_limits: Limits = None,
     overwrite: bool = True,
 ) -> None:
-    """Writes the page: a heat map of each slice, browsed by slider, keys or playing.
+    """Writes the page: each slice as a heat map or as a circle of sensors with lines.
 
-    The colours mean the same in all slices. Values of both signs get diverging colours with zero
-    in the middle. Values are stored in steps, whose size the page tells: 1/65534 of the range,
-    or 1/254 where there are more than 4,000,000.
+    Of a package the page shows Active, Control and Act-Ctl, of a group any of its datasets. The
+    colours mean the same in all slices and in all datasets; Act-Ctl has its own. Values of both
+    signs, and Act-Ctl, get diverging colours with zero in the middle.
+
+    Values are stored in steps, whose size the page tells: 1/65534 of a dataset's range, or 1/254
+    where there are more than 4,000,000 values.
 
     Args:
-        limits: values at the ends of the colours; from the values when None.
+        limits: values at the ends of the colours; from the values when None. With diverging
+            colours the one of larger magnitude counts for both ends.
+        difference_limits: the same for Act-Ctl of a package.
         overwrite: replace an existing file.
 
     Raises:
-        ValueError: the dataset holds no finite value, or the limits are none.
+        ValueError: there is no finite value, the limits are none, or the page would be larger
+            than 60 MB.
     """
-    values = dataset.to_array()
-    finite = values[np.isfinite(values)]
-    if finite.size == 0:
+    members = members_of(source)
+    kind = _kind_of(members)
+    parts = [_Part.of(member, kind) for member in members]
+    if all(part.range is None for part in parts):
         raise ValueError("the dataset holds no finite value")
-    signed, low, high = _limits(finite, limits)
-    stored, kind, step = _stored(values, float(finite.min()), float(finite.max()))
-    slices, rows, columns = values.shape
-    labels = labels_of(dataset)
-    data = {
-        "slices": slices,
-        "rows": rows,
-        "columns": columns,
-        "rowLabels": labels,
-        "columnLabels": labels if rows == columns else [str(c + 1) for c in range(columns)],
-        "times": [float(time) for time in times_of(dataset)],
-        "hasTimes": dataset.sampling_rate > 0,
-        "least": float(finite.min()),
-        "step": step,
-        "kind": kind,
-        "low": low,
-        "high": high,
-        "colours": _colours(signed),
-        "values": base64.b64encode(stored.tobytes()).decode("ascii"),
-    }
-    begin, end = dataset.band
-    fillings = {
-        "title": html.escape(dataset.name),
-        "band": f"{begin:g} to {end:g} Hz",
-        "shape": f"{slices} slices of {rows} x {columns} sensors",
-        "step": f"{step:.2g}",
-        "last": str(slices - 1),
-        "note": html.escape(dataset.note),
-        # Nothing of a file may end the script.
-        "data": json.dumps(data).replace("<", "\\u003c"),
-    }
-    # In one go, so that texts of a file are not filled in turn.
-    text = re.sub(r"\{\{(\w+)\}\}", lambda mark: fillings[mark[1]], _TEMPLATE)
-    with whole_file(path, overwrite=overwrite) as draft, open(draft, "w", encoding="utf-8") as file:
-        file.write(text)
+    title = _shown(str(source.name)) or "coherence"
+    data = _data(parts, kind, {0: limits, DIFFERENCES: difference_limits})
+    page = _filled(title, data)
+    with whole_file(path, overwrite=overwrite) as draft:
+        with open(draft, "w", encoding="utf-8", newline="\n") as file:
+            file.write(page)
 
 
-def _limits(finite: np.ndarray, limits) -> tuple[bool, float, float]:
-    signed = bool(finite.min() < 0 < finite.max())
-    if limits is not None:
-        low, high = map(float, limits)
-        if not low < high:
-            raise ValueError("the lower limit must be below the upper one")
-        return signed, low, high
-    if signed:
-        most = float(np.abs(finite).max())
-        return True, -most, most
-    low, high = min(float(finite.min()), 0.0), max(float(finite.max()), 0.0)
-    return False, low, high if high > low else low + 1.0
+def _kind_of(members: list[Member]) -> str:
+    """How values are stored, or ValueError where there are too many to be."""
+    held = [member.dataset for member in members if member.dataset.header.has_grid()]
+    count = sum(math.prod(dataset.shape) for dataset in held)
+    if count <= _MOST_WITH_TWO_BYTES:
+        return "u2"
+    size = count * 4 / 3  # as text
+    if size > _MOST_BYTES:
+        raise ValueError(
+            f"{count:,} values would make a page of {size / 1e6:,.0f} MB, more than "
+            f"{_MOST_BYTES / 1e6:.0f}; select some slices, sensors or datasets"
+        )
+    return "u1"
 
 
-def _stored(values: np.ndarray, least: float, most: float) -> tuple[np.ndarray, str, float]:
+@dataclass
+class _Part:
+    """One dataset of the page."""
+
+    member: Member
+    stored: bytes
+    least: float
+    step: float
+    range: tuple[float, float] | None  # of the finite values that have a colour
+    same: bool  # rows and columns are the same sensors
+    directed: bool  # the two directions of some pair differ
+
+    @classmethod
+    def of(cls, member: Member, kind: str) -> _Part:
+        values = values_of(member)
+        about = member.about
+        same = values.shape[1] == values.shape[2] > 1 and about.sensors == about.column_sensors
+        finite = values[np.isfinite(values)]
+        least, most = (float(finite.min()), float(finite.max())) if finite.size else (0.0, 0.0)
+        stored, step = _stored(values, least, most, kind)
+        directed = same and not np.array_equal(stored, stored.transpose(0, 2, 1))
+        if same:  # of a sensor with itself the coherence is 1, whatever the others have
+            finite = values[:, ~np.eye(values.shape[1], dtype=bool)]
+            finite = finite[np.isfinite(finite)]
+        found = (float(finite.min()), float(finite.max())) if finite.size else None
+        return cls(member, stored.tobytes(), least, step, found, same, directed)
+
+
+def _stored(
+    values: npt.NDArray[np.float64], least: float, most: float, kind: str
+) -> tuple[npt.NDArray[Any], float]:
     """Values in steps from the least, the largest number standing for none."""
-    kind, type_ = ("u2", "<u2") if values.size <= _MOST_WITH_TWO_BYTES else ("u1", "u1")
+    type_ = np.dtype("<" + kind)
     none = int(np.iinfo(type_).max)
     # Halves, so that the difference of the largest numbers is one.
     step = (most / 2.0 - least / 2.0) / (none - 1) * 2.0 or 1.0
     with np.errstate(invalid="ignore", over="ignore"):
         numbers = np.rint((values / 2.0 - least / 2.0) / (step / 2.0))
-    return np.where(np.isfinite(values), numbers, none).astype(type_), kind, step
+    return np.where(np.isfinite(values), numbers, none).astype(type_), step
 
 
-def _colours(signed: bool) -> list[str]:
-    from matplotlib import colormaps
+def _data(parts: list[_Part], kind: str, limits: dict[int, Limits]) -> dict[str, Any]:
+    """What the script draws from."""
+    families = sorted({part.member.family for part in parts})
+    scales = {family: _scale_of(parts, family, limits[family]) for family in families}
+    palettes = {False: 0, True: 1}
+    used = {scale.signed: scale for scale in scales.values()}
+    datasets = []
+    for part in parts:
+        family = part.member.family
+        scale = scales[family]
+        own = scale if limits[family] else make_scale([_ends(part)], signed=scale.signed)
+        entry = _entry(part, scale.signed)
+        entry.update({"scale": families.index(family), "own": _told(own, palettes)})
+        datasets.append(entry)
+    several = [family for family in families if not limits[family]
+               and sum(part.member.family == family for part in parts) > 1]  # fmt: skip
+    return {
+        "datasets": datasets,
+        "kind": kind,
+        "none": int(np.iinfo(np.dtype(kind)).max),
+        "scales": [_told(scales[family], palettes) for family in families],
+        "palettes": [_colours(used[signed]) if signed in used else [] for signed in palettes],
+        "listed": len(parts) > _MOST_BUTTONS,
+        "choosable": bool(several),
+    }
+
+
+def _ends(part: _Part) -> npt.NDArray[np.float64]:
+    return np.array(part.range if part.range is not None else ())
+
+
+def _scale_of(parts: list[_Part], family: int, limits: Limits) -> Scale:
+    held = [_ends(part) for part in parts if part.member.family == family]
+    return make_scale(held, signed=True if family == DIFFERENCES else None, limits=limits)
+
+
+def _told(scale: Scale, palettes: dict[bool, int]) -> dict[str, Any]:
+    return {
+        "low": float(scale.norm.vmin or 0.0),
+        "high": float(scale.norm.vmax or 0.0),
+        "palette": palettes[scale.signed],
+        "below": scale.beyond in ("min", "both"),
+        "above": scale.beyond in ("max", "both"),
+    }
+
+
+def _colours(scale: Scale) -> list[str]:
     from matplotlib.colors import to_hex
 
-    colours = colormaps["RdBu_r" if signed else "viridis"]
-    return [to_hex(colours(i / 255.0)) for i in range(256)]
+    return [to_hex(scale.colours(i / 255.0)) for i in range(256)]
 
 
-_TEMPLATE = """<!DOCTYPE html>
-<html lang="en">
-<head>
-<meta charset="utf-8">
-<meta name="viewport" content="width=device-width, initial-scale=1">
-<title>{{title}}</title>
-<style>
-body { font: 15px/1.45 system-ui, sans-serif; color: #222; margin: 1.5rem auto; max-width: 60rem;
-       padding: 0 1rem; }
-h1 { font-size: 1.4rem; margin: 0; }
-p { margin: .2rem 0 .8rem; color: #555; }
-.row { display: flex; gap: 1rem; align-items: center; flex-wrap: wrap; margin: .6rem 0; }
-#slice { flex: 1; min-width: 12rem; }
-.picture { display: flex; gap: 1rem; align-items: stretch; height: min(38rem, 75vh, 75vw); }
-#map { image-rendering: pixelated; height: 100%; background: #d4d4d4; cursor: crosshair; }
-.bar { display: flex; flex-direction: column; justify-content: space-between; font-size: .85rem; }
-#scale { width: 1rem; height: 100%; }
-output { font-variant-numeric: tabular-nums; }
-button { font: inherit; padding: .2rem .8rem; }
-details { margin-top: 1rem; } pre { white-space: pre-wrap; font-size: .85rem; }
-@media print { .row button, #slice { display: none; } body { margin: 0; } }
-</style>
-</head>
-<body>
-<h1>{{title}}</h1>
-<p>{{band}}, {{shape}}; values in steps of {{step}}</p>
-<div class="row">
-  <button id="play" type="button">Play</button>
-  <label for="slice">Slice</label>
-  <input id="slice" type="range" min="0" max="{{last}}" value="0" step="1">
-  <output id="time" for="slice" aria-live="polite"></output>
-</div>
-<div class="picture">
-  <canvas id="map" role="img" aria-label="Heat map: row sensors down, column sensors across">
-  </canvas>
-  <canvas id="scale" width="1" height="256" role="img" aria-label="Colours from low to high">
-  </canvas>
-  <div class="bar"><span id="high"></span><span id="middle"></span><span id="low"></span></div>
-</div>
-<div class="row"><output id="pair">Point at a pair to read it.</output></div>
-<details><summary>How the values were computed</summary><pre>{{note}}</pre></details>
-<script type="application/json" id="data">{{data}}</script>
-<script>
-"use strict";
-const data = JSON.parse(document.getElementById("data").textContent);
-const bytes = Uint8Array.from(atob(data.values), c => c.charCodeAt(0));
-const numbers = data.kind === "u2" ? new Uint16Array(bytes.buffer) : bytes;
-const none = data.kind === "u2" ? 65535 : 255;
-const colours = data.colours.map(c => [1, 3, 5].map(i => parseInt(c.slice(i, i + 2), 16)));
-const byId = id => document.getElementById(id);
-const map = byId("map"), slider = byId("slice");
-map.width = data.columns;
-map.height = data.rows;
-map.style.aspectRatio = data.columns + " / " + data.rows;
-const ink = map.getContext("2d", {willReadFrequently: true});
-
-function value(t, r, c) {
-  const n = numbers[(t * data.rows + r) * data.columns + c];
-  return n === none ? NaN : data.least + n * data.step;
-}
-function colour(v) {
-  const at = (v - data.low) / (data.high - data.low);
-  return colours[Math.max(0, Math.min(255, Math.floor(at * 256)))];
-}
-function show() {
-  const t = Number(slider.value);
-  const image = ink.createImageData(data.columns, data.rows);
-  for (let r = 0; r < data.rows; ++r) {
-    for (let c = 0; c < data.columns; ++c) {
-      const v = value(t, r, c), at = 4 * (r * data.columns + c);
-      const rgb = Number.isNaN(v) ? [212, 212, 212] : colour(v);
-      image.data.set([rgb[0], rgb[1], rgb[2], 255], at);
+def _entry(part: _Part, signed: bool) -> dict[str, Any]:
+    """What the page says of a dataset, and its values."""
+    about = part.member.about
+    slices, rows, columns = part.member.dataset.shape
+    begin, end = about.band
+    labels = about.sensors
+    times = [float(time) if np.isfinite(time) else None for time in about.times]
+    return {
+        "name": _shown(part.member.name),
+        "called": _shown(part.member.dataset.name),
+        "about": f"{begin:g} to {end:g} Hz, {slices} slice{'s' if slices > 1 else ''} of "
+        f"{rows} \u00d7 {columns} sensors",
+        "steps": f"Values are told in steps of {part.step:.2g}.",
+        "slices": slices,
+        "rows": rows,
+        "columns": columns,
+        "rowNames": [_shown(name) for name in labels],
+        "columnNames": [_shown(name) for name in about.column_sensors],
+        "same": part.same,
+        "directed": part.directed,
+        "angles": [round(float(angle), 6) for angle in angles(labels)] if part.same else [],
+        "timed": about.sampling_rate > 0,
+        "times": times,
+        "quantity": quantity_of(part.member, signed),
+        "note": _shown(part.member.dataset.note, "\n\t"),
+        "least": part.least,
+        "step": part.step,
+        "values": base64.b64encode(part.stored).decode("ascii"),
     }
-  }
-  ink.putImageData(image, 0, 0);
-  byId("time").textContent = data.hasTimes
-    ? "slice " + t + ", at " + Number(data.times[t].toPrecision(6)) : "slice " + t;
-  tell();
-}
-let pointed = null;
-function tell() {
-  if (pointed === null) return;
-  const [r, c] = pointed, v = value(Number(slider.value), r, c);
-  byId("pair").textContent = data.rowLabels[r] + " \\u2192 " + data.columnLabels[c] + ": " +
-    (Number.isNaN(v) ? "no number" : Number(v.toPrecision(4)));
-}
-map.addEventListener("pointermove", event => {
-  const box = map.getBoundingClientRect();
-  const c = Math.floor((event.clientX - box.left) / box.width * data.columns);
-  const r = Math.floor((event.clientY - box.top) / box.height * data.rows);
-  if (r < 0 || c < 0 || r >= data.rows || c >= data.columns) return;
-  pointed = [r, c];
-  tell();
-});
-slider.addEventListener("input", show);
-let playing = null;
-byId("play").addEventListener("click", () => {
-  if (playing !== null) {
-    clearInterval(playing);
-    playing = null;
-  } else {
-    playing = setInterval(() => {
-      slider.value = (Number(slider.value) + 1) % data.slices;
-      show();
-    }, 250);
-  }
-  byId("play").textContent = playing === null ? "Play" : "Pause";
-});
-const scale = byId("scale").getContext("2d");
-for (let i = 0; i < 256; ++i) {
-  scale.fillStyle = data.colours[255 - i];
-  scale.fillRect(0, i, 1, 1);
-}
-const ends = {high: data.high, middle: (data.low + data.high) / 2, low: data.low};
-for (const id in ends) byId(id).textContent = Number(ends[id].toPrecision(3));
-show();
-</script>
-</body>
-</html>
-"""
+
+
+def _shown(text: str, kept: str = "") -> str:
+    """A file's text with its controls spelt out, and what turns the direction of writing."""
+    return "".join(
+        f"\\u{ord(c):04x}" if c not in kept and _steers(c) else c
+        for c in text.replace("\r\n", "\n")
+    )
+
+
+def _steers(character: str) -> bool:
+    turning = ("LRE", "RLE", "LRO", "RLO", "PDF", "LRI", "RLI", "FSI", "PDI")
+    if unicodedata.bidirectional(character) in turning:
+        return True
+    return unicodedata.category(character) in ("Cc", "Cs")
+
+
+def _filled(title: str, data: dict[str, Any]) -> str:
+    """The page of one piece; nothing but its own script runs in it, and nothing is fetched."""
+    folder = pathlib.Path(__file__).parent
+    template, style, script = (
+        (folder / name).read_text(encoding="utf-8") for name in ("page.html", "page.css", "page.js")
+    )
+    style, script = "\n" + style, "\n" + script
+    fillings = {
+        "title": html.escape(title),
+        "policy": "default-src 'none'; base-uri 'none'; form-action 'none'; "
+        f"style-src {_hash_of(style)}; script-src {_hash_of(script)}",
+        "style": style,
+        "script": script,
+        # Nothing of a file may end the script.
+        "data": json.dumps(data, allow_nan=False).replace("<", "\\u003c"),
+    }
+    # In one go, so that texts of a file are not filled in turn.
+    return re.sub(r"\{\{(\w+)\}\}", lambda mark: fillings[mark[1]], template)
+
+
+def _hash_of(text: str) -> str:
+    digest = hashlib.sha256(text.encode("utf-8")).digest()
+    return f"'sha256-{base64.b64encode(digest).decode('ascii')}'"

@@ -69,7 +69,7 @@ def make_scale(
         (True, False): "min",
         (False, True): "max",
         (True, True): "both",
-    }[least < low * (1 - 1e-12) - 1e-300, most > high * (1 + 1e-12) + 1e-300]
+    }[least < low - abs(low) * 1e-12 - 1e-300, most > high + abs(high) * 1e-12 + 1e-300]
     if signed:
         colours = _diverging(for_lines)
     else:
