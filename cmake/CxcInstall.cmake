@@ -74,8 +74,8 @@ if(TARGET _core)
   set_target_properties(_core PROPERTIES INSTALL_RPATH "${CXC_PYTHON_RPATH}")
   install(TARGETS _core LIBRARY DESTINATION "${modules}")
   install(DIRECTORY python/cxc/ DESTINATION "${modules}" FILES_MATCHING
-    PATTERN "*.py" PATTERN "*.pyi" PATTERN "py.typed" PATTERN "page.*"
-    PATTERN "__pycache__" EXCLUDE)
+    PATTERN "*.py" PATTERN "*.pyi" PATTERN "py.typed" PATTERN "*.html"
+    PATTERN "*.css" PATTERN "*.js" PATTERN "__pycache__" EXCLUDE)
 endif()
 install(FILES README.md CHANGELOG.md DESTINATION "${CMAKE_INSTALL_DOCDIR}")
 install(DIRECTORY docs/ DESTINATION "${CMAKE_INSTALL_DOCDIR}" PATTERN "Doxyfile" EXCLUDE)

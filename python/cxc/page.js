@@ -20,7 +20,6 @@ const state = {
 let set = null; // the dataset that is shown
 let scale = null; // its colours
 let numbers = null; // its values in steps, [slice, row, column]
-let drawn = []; // pairs that have a line, strongest first
 
 // -- values
 
@@ -247,7 +246,7 @@ function drawMarks() {
     add(frame, "rect", {class: "cell", ...box});
   }
   const named = state.pointed || state.chosen;
-  if (named === null) return;
+  if (named === null || state.view === "circle") return; // what is not shown has no size
   for (const text of [rowName(marks, named[0], {class: "named", "font-size": 12}),
                       columnName(marks, named[1], {class: "named", "font-size": 12})]) {
     const {x, y, width, height} = text.getBBox();
@@ -316,7 +315,6 @@ function drawCircle() {
   const ring = byId("ring");
   ring.replaceChildren();
   const {found, total} = strongest(state.lines);
-  drawn = found;
   const top = Math.max(Math.abs(scale.low), Math.abs(scale.high));
   const thick = Math.max(2.5, Math.min(6, circle.size / 90));
   const marked = [state.chosen, state.pointed];
@@ -597,8 +595,13 @@ function cellAt(event) {
   return inside ? [row, column] : null;
 }
 
-map.addEventListener("pointermove", event => point(cellAt(event)));
-map.addEventListener("pointerleave", () => point(null));
+function pointCell(pair) {
+  if (pair === state.pointed || alike(pair, state.pointed)) return;
+  point(pair);
+  if (state.view === "both") drawCircle();
+}
+map.addEventListener("pointermove", event => pointCell(cellAt(event)));
+map.addEventListener("pointerleave", () => pointCell(null));
 map.addEventListener("click", event => {
   const pair = cellAt(event);
   if (pair !== null) choose(pair);

@@ -397,6 +397,17 @@ def test_a_line_is_pointed_at_and_clicked(browser, tmp_path):
     assert len(browser.find_elements("css selector", ".halo")) == 1
 
 
+def test_a_cell_that_is_pointed_at_is_marked_in_the_circle(browser, tmp_path):
+    show(browser, tmp_path, network())
+    press(browser, "Both")
+    at_cell(browser, 4, 2, (5, 5)).perform()
+    marked = [e.text for e in browser.find_elements("css selector", "#ring text.named")]
+    assert sorted(marked) == ["O2", "T7"]
+    assert len(browser.find_elements("css selector", ".halo")) == 1
+    at_cell(browser, 0, 0, (5, 5)).move_by_offset(0, -100).perform()
+    assert not browser.find_elements("css selector", ".halo")
+
+
 def test_of_two_directions_the_stronger_one_has_the_line(browser, tmp_path):
     values = np.zeros((1, 3, 3))
     values[0, 1, 0], values[0, 0, 1], values[0, 0, 2] = 0.8, 0.2, np.nan
