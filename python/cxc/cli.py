@@ -168,6 +168,19 @@ def _parser() -> argparse.ArgumentParser:
     convert.add_argument("--force", action="store_true", help="replace an existing output")
     convert.set_defaults(run=_convert)
 
+    simulate = commands.add_parser(
+        "simulate", help="recordings of several subjects with known coupling, to try a study on",
+        description="Writes NAME_1.fif (Control) and NAME_2.fif (Active) for each subject, always "
+        "the same. In 8 to 13 Hz F3-P3 is coupled in both, C3-C4 in Active only and O1-O2 in "
+        "Control only; Active of the last subject is shorter.",
+    )  # fmt: skip
+    simulate.add_argument("folder", help="for the recordings; made when missing")
+    simulate.add_argument(
+        "--subjects", type=_count, default=10, metavar="N", help="how many; default: 10"
+    )
+    simulate.add_argument("--force", action="store_true", help="replace existing recordings")
+    simulate.set_defaults(run=_simulate)
+
     demo = commands.add_parser(
         "demo", help="recording, coherence, dataset, file, picture: the whole way"
     )
@@ -366,6 +379,14 @@ def _study(options: argparse.Namespace) -> None:
         functools.partial(progress, unit="subject"), jobs=options.jobs, dask=options.dask,
         overwrite=options.force, resume=options.resume,
     )  # fmt: skip
+
+
+def _simulate(options: argparse.Namespace) -> None:
+    from .simulate import write_study
+
+    files = write_study(options.folder, options.subjects, options.force)
+    count = sum(1 for _ in progress(files, 2 * options.subjects, unit="file"))
+    print(f"{_printable(options.folder)}: {count} recordings of {options.subjects} subjects")
 
 
 def _demo(options: argparse.Namespace) -> None:
