@@ -386,7 +386,8 @@ def _simulate(options: argparse.Namespace) -> None:
 
     files = write_study(options.folder, options.subjects, options.force)
     count = sum(1 for _ in progress(files, 2 * options.subjects, unit="file"))
-    print(f"{_printable(options.folder)}: {count} recordings of {options.subjects} subjects")
+    subjects = "1 subject" if options.subjects == 1 else f"{options.subjects} subjects"
+    print(f"{_printable(options.folder)}: {count} recordings of {subjects}")
 
 
 def _demo(options: argparse.Namespace) -> None:

@@ -62,9 +62,10 @@ def test_only_active_of_the_last_is_shorter(folder):
     assert set(seconds.values()) == {30.0}
 
 
-def test_a_single_subject_is_not_shortened(tmp_path):
+def test_a_single_subject_is_not_shortened(tmp_path, capsys):
     assert main(["simulate", str(tmp_path), "--subjects", "1"]) == 0
     assert open_recording(tmp_path / "S01_2.fif").seconds == 30.0
+    assert capsys.readouterr().out == f"{tmp_path}: 2 recordings of 1 subject\n"
 
 
 def test_the_ecg_is_left_out(folder):
