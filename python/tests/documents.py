@@ -88,7 +88,7 @@ def run(blocks: list[Block], folder, variables: dict[str, str]) -> None:
         if not block.joined:
             printed = ""
         if block.language == "text":
-            assert _agrees(block.text, printed), f"{where}: shown is not what was printed:\n{printed}"
+            assert _agrees(block.text, printed), f"{where}: shown is not what came:\n{printed}"
             printed = ""
         elif block.name:
             (folder / block.name).write_text(block.text, encoding="utf-8")
@@ -106,5 +106,6 @@ def run(blocks: list[Block], folder, variables: dict[str, str]) -> None:
 
 
 def _agrees(shown: str, printed: str) -> bool:
-    lines = ["(?:.*\n)*" if line == "..." else re.escape(line) + "\n" for line in shown.splitlines()]
-    return re.fullmatch("".join(lines), printed) is not None
+    lines = shown.splitlines()
+    patterns = ["(?:.*\n)*" if line == "..." else re.escape(line) + "\n" for line in lines]
+    return re.fullmatch("".join(patterns), printed) is not None

@@ -114,7 +114,7 @@ def test_a_block_that_fails_is_told(tmp_path):
         ([block("sh", "cxc info no.cxc")], "ended with 1"),
         ([block("python", "import cxc\ncxc.open('no.cxc')")], "FileNotFoundError"),
         ([block("sh", "echo a warning >&2")], "a warning"),
-        ([block("sh", "echo 1"), block("text", "2\n")], "shown is not what was printed:\n1"),
+        ([block("sh", "echo 1"), block("text", "2\n")], "shown is not what came:\n1"),
         ([block("sh", "echo 1"), block("text", "1\n", joined=False)], "shown is not"),
         ([block("sh", "printf '1\\n2\\n'"), block("text", "1\n")], "shown is not"),
         ([block("", "ls")], "cannot run ''"),
