@@ -6,9 +6,10 @@
 >>> plot.course(group, "alpha.svg", pairs=[("O1", "O2")])
 
 A dataset gives one panel, a package one each for Active, Control and Act-Ctl, a group one for each
-dataset. Panels share one colour scale, except that Act-Ctl has one of its own; values of both
-signs get diverging colours with zero in the middle. An array, row x column sensors, is drawn as a
-dataset of one slice; its labels may stand before the path: heatmap(values, labels, "a.png").
+dataset but its own averages and summaries. Panels share one colour scale, except that Act-Ctl has
+one of its own; values of both signs get diverging colours with zero in the middle. An array, row x
+column sensors, is drawn as a dataset of one slice; its labels may stand before the path:
+heatmap(values, labels, "a.png").
 
 Arguments that all of them know:
 

@@ -2,6 +2,7 @@
 
 from __future__ import annotations
 
+import re
 from dataclasses import dataclass, field, replace
 from typing import Iterable, Sequence, Union
 
@@ -20,6 +21,9 @@ Slices = Union[int, slice, Sequence[int], None]
 CONDITIONS, DIFFERENCES = 0, 1
 
 _MOST_PANELS = 100
+
+# Names that the library gives to results of a group.
+_RESULT = re.compile(r"Average\d+ Result|Cxc\d+ (Minimum|Mean|Max)")
 
 
 @dataclass(frozen=True)
@@ -77,6 +81,8 @@ class Shown:
 def members_of(source: Source) -> list[Member]:
     """The datasets of a source in order, with the names that stand over their panels.
 
+    Of a group its own averages and summaries are left out, unless there is nothing else.
+
     Raises:
         TypeError: no source. ValueError: an empty one.
     """
@@ -100,7 +106,9 @@ def members_of(source: Source) -> list[Member]:
         ]
         if not found:
             raise ValueError("the group holds no dataset")
-        return found
+        # What the group has made of its datasets is no further subject.
+        given = [member for member in found if not _RESULT.fullmatch(member.dataset.name)]
+        return given or found
     raise TypeError(f"a dataset, package or group, not {type(source).__name__}")
 
 

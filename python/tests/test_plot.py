@@ -586,3 +586,18 @@ def _overlaps(figure):
 def test_nothing_lies_over_another_thing(kind, source):
     options = {"threshold": 0.1} if kind in ("heat", "circle", "head", "multiples") else {}
     assert list(_overlaps(DRAW[kind](SOURCES[source](), **options))) == []
+
+
+def test_what_a_group_has_made_of_its_datasets_is_no_further_subject():
+    held = cxc.Group([dataset(5, seed=1), dataset(5, seed=2)])
+    held.average()
+    held.summary()
+    assert len(held) == 6
+    assert len(panels(plot.heatmap(held))) == 2
+    assert "mean of 2, minimum to maximum" in legend_of(plot.course(held, pairs=[("Cz", "O1")]))
+    results = cxc.Group(held[2:])
+    assert len(panels(plot.heatmap(results))) == 4
+
+
+def legend_of(figure):
+    return [text.get_text() for legend in figure.legends for text in legend.get_texts()]
