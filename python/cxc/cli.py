@@ -207,7 +207,7 @@ def _add_plot(commands) -> None:
     plot.add_argument("--force", action="store_true", help="replace an existing output")
     which = plot.add_mutually_exclusive_group()
     which.add_argument(
-        "--slices", type=_slices, metavar="FIRST:LAST",
+        "--slices", type=_slices, metavar="FIRST-LAST",
         help="slices from 0, both included, or one; default: the selected ones",
     )  # fmt: skip
     which.add_argument(
@@ -241,11 +241,9 @@ def _add_plot(commands) -> None:
 
 
 def _slices(text: str) -> slice | int:
-    """FIRST:LAST, both included as everywhere else in the library, or one slice."""
-    first, colon, last = text.partition(":")
-    if not colon:
-        return int(text)
-    return slice(int(first) if first else 0, int(last) + 1 if last else None)
+    """FIRST-LAST, both included as everywhere else in the library, or one slice."""
+    first, dash, last = text.partition("-")
+    return slice(int(first), int(last) + 1) if dash else int(first)
 
 
 def _add_analysis(parser: argparse.ArgumentParser) -> None:

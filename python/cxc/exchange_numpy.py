@@ -37,8 +37,11 @@ def to_npz(dataset: Dataset, path: str, overwrite: bool = True) -> None:
         "pair_order": np.array(PAIR_ORDER),
         **{name: np.array(value) for name, value in description_of(dataset).items()},
     }
-    with whole_file(path, overwrite=overwrite) as draft, open(draft, "wb") as file:
-        np.savez(file, **fields)
+    # As np.savez does, but closed in order where the disk is full.
+    with whole_file(path, overwrite=overwrite) as draft, zipfile.ZipFile(draft, "w") as archive:
+        for name, array in fields.items():
+            with archive.open(name + ".npy", "w", force_zip64=True) as entry:
+                np.lib.format.write_array(entry, np.asanyarray(array), allow_pickle=False)
 
 
 def from_numpy(path: str) -> Dataset:

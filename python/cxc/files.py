@@ -13,6 +13,9 @@ from typing import Iterator
 from .errors import CommandError
 
 
+_FULL = (errno.ENOSPC, errno.EDQUOT, errno.EFBIG)
+
+
 def check_output(path: str, force: bool) -> None:
     """Finds out, before the work, whether `path` can be written.
 
@@ -80,7 +83,9 @@ def whole_file(
         else:
             _claim(draft, target)
     except OSError as error:
-        if error.filename is not None and os.fsdecode(error.filename) == draft:
+        written = error.filename is not None and os.fsdecode(error.filename) == draft
+        # Writing to an open file does not tell its name.
+        if written or (error.filename is None and error.errno in _FULL):
             raise _about(error, path) from error
         raise
     finally:

@@ -71,7 +71,7 @@ def test_options_reach_the_picture(files, capsys, monkeypatch):
 
     monkeypatch.setitem(plot.KINDS, "seed", draw)
     code, _, _ = run(
-        capsys, "seed", "all.cxcgrp", "-o", "s.svg", "--sensor", "Cz", "--slices", "1:3",
+        capsys, "seed", "all.cxcgrp", "-o", "s.svg", "--sensor", "Cz", "--slices", "1-3",
         "--limits", "0", "0.5", "--positions", "standard_1020", "--title", "T", "--dpi", "72",
         "--separate", "--force",
     )  # fmt: skip
@@ -84,7 +84,7 @@ def test_options_reach_the_picture(files, capsys, monkeypatch):
 
 
 @pytest.mark.parametrize(
-    "given, taken", [("2", 2), ("1:", slice(1, None)), (":2", slice(0, 3)), ("2:2", slice(2, 3))]
+    "given, taken", [("2", 2), ("0-3", slice(0, 4)), ("2-2", slice(2, 3))]
 )
 def test_slices_are_counted_from_0_and_both_ends_belong(files, capsys, monkeypatch, given, taken):
     seen = {}
