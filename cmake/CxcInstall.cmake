@@ -35,7 +35,8 @@ foreach(folder ${cxc_folders})
   install(DIRECTORY ${folder}/ DESTINATION "${cxc_headers}/${folder}" FILES_MATCHING
     PATTERN "C*.h" PATTERN "*_api.h")
 endforeach()
-install(FILES cxcdata/array_exchange.h DESTINATION "${cxc_headers}/cxcdata")
+install(FILES cxcdata/array_exchange.h cxcdata/dataset_part.h
+  DESTINATION "${cxc_headers}/cxcdata")
 install(FILES cxcfile/text_export.h DESTINATION "${cxc_headers}/cxcfile")
 install(FILES cxcpkg/across_datasets.h DESTINATION "${cxc_headers}/cxcpkg")
 if(WIN32)

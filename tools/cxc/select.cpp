@@ -1,3 +1,4 @@
+#include "cxcdata/dataset_part.h"
 #include "tools/cxc/app.h"
 #include "tools/cxc/commands.h"
 #include "tools/cxc/describe.h"
@@ -6,6 +7,7 @@
 #include <algorithm>
 #include <charconv>
 #include <memory>
+#include <numeric>
 
 namespace tool {
 namespace {
@@ -65,23 +67,16 @@ std::vector<__int64> listOf(const std::string& text, const char* what, __int64 f
     return list;
 }
 
-// The fields of `source` without its values.
-std::unique_ptr<CSnsCohDatazq> fieldsOf(const CSnsCohDatazq& source) {
-    auto made = std::make_unique<CSnsCohDatazq>();
-    *made = source;
-    // The grid stays with the source.
-    made->m_mCC = nullptr;
-    made->cleanSnsCohData();
-    return made;
+std::vector<__int64> allOf(const Span& span) {
+    std::vector<__int64> list(static_cast<std::size_t>(span.last - span.first + 1));
+    std::iota(list.begin(), list.end(), span.first);
+    return list;
 }
 
-void copyPair(CWavChnlChnlDatazq& made, const CWavChnlChnlDatazq& from, const Span& slices) {
-    made.m_chnlA = from.m_chnlA;
-    made.m_chnlB = from.m_chnlB;
-    made.m_pairFlag = from.m_pairFlag;
-    const __int64 have = from.m_data == nullptr ? 0 : from.m_size;
-    for (__int64 t = slices.first; t <= std::min(slices.last, have - 1); ++t)
-        made.m_data[t - slices.first] = from.m_data[t];
+std::vector<__int64> fromZero(std::vector<__int64> list) {
+    for (__int64& number : list)
+        --number;
+    return list;
 }
 
 void describe(CSnsCohDatazq& made, CSnsCohDatazq& source, const Span& slices,
@@ -91,15 +86,12 @@ void describe(CSnsCohDatazq& made, CSnsCohDatazq& source, const Span& slices,
         made.m_anaLatencyEnd -=
             static_cast<double>(source.m_cohTimTotal - 1 - slices.last) / source.m_samplingRate;
     }
-    made.m_headerLong2 = made.m_cohTimTotal;
-    made.setSelect(0, made.m_cohTimTotal - 1);
     std::string text = "Selected from " + options.in + ": slices " + std::to_string(slices.first) +
                        " to " + std::to_string(slices.last);
     if (!options.sensors.empty()) text += ", sensors " + options.sensors;
     if (!options.rows.empty()) text += ", rows " + options.rows;
     if (!options.columns.empty()) text += ", columns " + options.columns;
     addToNote(made, text);
-    made.checkDataRange();
 }
 
 void select(const Options& options, const Console& console) {
@@ -117,19 +109,12 @@ void select(const Options& options, const Console& console) {
     const auto rows = listOf(rowText, "rows", 1, shape.rows);
     const auto columns = listOf(columnText, "columns", 1, shape.columns);
 
-    const auto made = fieldsOf(*source);
-    if (made->checkInitSnsCohData(static_cast<__int64>(rows.size()),
-                                  static_cast<__int64>(columns.size()),
-                                  slices.last - slices.first + 1, true) == 0)
+    CSnsCohDatazq made;
+    if (cxc::makePart(made, *source, allOf(slices), fromZero(rows), fromZero(columns)) == 0)
         throw Error(options.out + ": not enough memory");
-    for (std::size_t r = 0; r < rows.size(); ++r) {
-        checkInterrupted();
-        for (std::size_t c = 0; c < columns.size(); ++c)
-            copyPair(made->m_mCC[r][c], pairOf(*source, rows[r] - 1, columns[c] - 1), slices);
-    }
-    describe(*made, *source, slices, options);
-    saveRecord(*made, options.out, options.force);
-    console.out << printable(options.out) << ": " << sizeOf(*made) << '\n';
+    describe(made, *source, slices, options);
+    saveRecord(made, options.out, options.force);
+    console.out << printable(options.out) << ": " << sizeOf(made) << '\n';
 }
 
 }  // namespace
