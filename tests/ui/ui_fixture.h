@@ -12,6 +12,7 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <tuple>
 #include <vector>
@@ -132,6 +133,67 @@ private:
     bool m_done = false;
 };
 
+/// Does something in the next loop that deals with messages, a modal one too: a host that works on
+/// while a manager waits for its user. The message stands in the queue before any press of a button
+/// in a dialog that opens later.
+class InNextLoop : public CWnd {
+public:
+    explicit InNextLoop(std::function<void()> action) : m_action(std::move(action)) {
+        CreateEx(0, AfxRegisterWndClass(0), _T(""), WS_POPUP, 0, 0, 1, 1, nullptr, nullptr);
+        PostMessage(WM_APP);
+    }
+    ~InNextLoop() override { EXPECT_TRUE(m_done) << "no loop has dealt with messages"; }
+
+protected:
+    LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam) override {
+        if (message != WM_APP) return CWnd::WindowProc(message, wParam, lParam);
+        m_done = true;
+        m_action();
+        return 0;
+    }
+
+private:
+    std::function<void()> m_action;
+    bool m_done = false;
+};
+
+/// Stands before the procedure of a list view: what `answer` gives for the wish to empty the list
+/// is the result, without it the list answers.
+class BeforeEmptying {
+public:
+    using Procedure = std::function<LRESULT(UINT, WPARAM, LPARAM)>;
+
+    BeforeEmptying(HWND list, std::function<std::optional<LRESULT>(const Procedure&)> answer)
+        : m_list(list), m_answer(std::move(answer)) {
+        s_current = this;
+        m_listProcedure = reinterpret_cast<WNDPROC>(
+            ::SetWindowLongPtr(list, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&procedure)));
+    }
+    ~BeforeEmptying() {
+        if (::IsWindow(m_list))
+            ::SetWindowLongPtr(m_list, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(m_listProcedure));
+        s_current = nullptr;
+    }
+    BeforeEmptying(const BeforeEmptying&) = delete;
+    BeforeEmptying& operator=(const BeforeEmptying&) = delete;
+
+private:
+    static LRESULT CALLBACK procedure(HWND list, UINT message, WPARAM wParam, LPARAM lParam) {
+        const Procedure before = [list](UINT m, WPARAM w, LPARAM l) {
+            return ::CallWindowProc(s_current->m_listProcedure, list, m, w, l);
+        };
+        if (message == LVM_DELETEALLITEMS) {
+            if (const std::optional<LRESULT> given = s_current->m_answer(before)) return *given;
+        }
+        return before(message, wParam, lParam);
+    }
+
+    inline static BeforeEmptying* s_current = nullptr;
+    HWND m_list;
+    WNDPROC m_listProcedure = nullptr;
+    std::function<std::optional<LRESULT>(const Procedure&)> m_answer;
+};
+
 /// Does something once a popup menu is open, and closes it when nothing else has. The action may
 /// post keys, but must not deal with messages: the menu's own loop reads them.
 class WhenMenuOpens {
@@ -198,8 +260,38 @@ public:
     }
     ~HostApp() override { m_pMainWnd = nullptr; }
 
+    /// What the host does while a box stands, before its user answers.
+    std::function<void()> whileBoxStands;
+    int DoMessageBox(LPCTSTR prompt, UINT type, UINT id) override {
+        if (whileBoxStands) whileBoxStands();
+        return TestApp::DoMessageBox(prompt, type, id);
+    }
+
     CWnd m_main;
 };
+
+/// An owner of a manager that ends before the manager does.
+class ShortLivedOwner {
+public:
+    ShortLivedOwner() {
+        EXPECT_TRUE(m_window->CreateEx(0, AfxRegisterWndClass(0), _T(""), WS_POPUP, 0, 0, 9, 9,
+                                       nullptr, nullptr));
+    }
+    CWnd* window() { return m_window.get(); }
+    void end() { m_window.reset(); }
+
+private:
+    std::unique_ptr<CWnd> m_window = std::make_unique<CWnd>();
+};
+
+/// Pictures that the control of a list has now, large and small; -1 where it has no list of them.
+inline std::pair<int, int> picturesOf(const CListCtrl& list) {
+    const auto count = [&](int kind) {
+        const CImageList* const images = list.GetImageList(kind);
+        return images == nullptr ? -1 : images->GetImageCount();
+    };
+    return {count(LVSIL_NORMAL), count(LVSIL_SMALL)};
+}
 
 /// (message, code, id) of each entry of a message map.
 using MapRow = std::tuple<UINT, UINT, UINT>;
