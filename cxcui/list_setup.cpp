@@ -1,5 +1,6 @@
 #include "cxcui/list_setup.h"
 
+#include "cxcdata/allocation.h"
 #include "res/resource.h"
 
 namespace cxc {
@@ -12,12 +13,19 @@ HICON loadIcon(UINT id, int size) {
     return static_cast<HICON>(::LoadImage(module, name, IMAGE_ICON, size, size, LR_SHARED));
 }
 
-CImageList* newImageList(int size) {
-    auto* const images = new CImageList;
-    images->Create(size, size, ILC_COLOR16, 0, 1);
+// A control that has no list is a new one; what the object holds has ended with the one before.
+// Forgotten before any new list is made, which may be given the same handle.
+void forgetDead(const CListCtrl& list, int kind, CImageList* images) {
+    if (images != nullptr && list.GetImageList(kind) == nullptr) images->Detach();
+}
+
+void giveImages(CListCtrl& list, int kind, CImageList*& images, int size) {
+    if (list.GetImageList(kind) != nullptr) return;
+    if (images == nullptr) images = newObject<CImageList>();
+    if (images == nullptr || !images->Create(size, size, ILC_COLOR16, 0, 1)) return;
     images->Add(loadIcon(IDI_DATASET_HIDDEN, size));
     images->Add(loadIcon(IDI_DATASET_SHOWN, size));
-    return images;
+    list.SetImageList(images, kind);
 }
 
 }  // namespace
@@ -32,10 +40,10 @@ void setUpColumns(CListCtrl& list, const LPCTSTR* titles, int count) {
 }
 
 void setUpImages(CListCtrl& list, CImageList*& large, CImageList*& small) {
-    if (large == nullptr) large = newImageList(32);
-    if (small == nullptr) small = newImageList(16);
-    list.SetImageList(large, LVSIL_NORMAL);
-    list.SetImageList(small, LVSIL_SMALL);
+    forgetDead(list, LVSIL_NORMAL, large);
+    forgetDead(list, LVSIL_SMALL, small);
+    giveImages(list, LVSIL_NORMAL, large, 32);
+    giveImages(list, LVSIL_SMALL, small, 16);
 }
 
 bool setTexts(CListCtrl& list, int row, const CString* texts, int count) {

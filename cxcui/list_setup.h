@@ -23,9 +23,10 @@ void setUpColumns(CListCtrl& list, const LPCTSTR (&titles)[Count]) {
     setUpColumns(list, titles, static_cast<int>(Count));
 }
 
-/// Makes the large and the small image list where they are missing, hidden first, shown second,
-/// and gives them to the control, which destroys the system's lists with itself. The objects are
-/// deliberately never deleted: they would destroy the lists a second time.
+/// Makes the large and the small image list where the control has none, hidden first, shown second,
+/// and gives them to the control, which destroys the system's lists with itself: a control that is
+/// made again on the same object gets new ones. The objects are deliberately never deleted: they
+/// would destroy the lists a second time. Without memory there are no pictures.
 void setUpImages(CListCtrl& list, CImageList*& large, CImageList*& small);
 
 /// Sets the texts of the sub-items 1, 2, ... of a row, up to the first that fails. Returns whether

@@ -1,6 +1,7 @@
 // The windows of packages and groups, where there are windows.
 #include "cxcpkg/managers.h"
 
+#include "cxcdata/allocation.h"
 #include "cxcpkg/CGroupMeegCxcFacezq.h"
 #include "cxcpkg/CSnsCohFacezq.h"
 #include "cxcui/CDlgGroupTrlCxcDataManager.h"
@@ -11,11 +12,11 @@ namespace cxc {
 namespace {
 
 // Makes the dialog where it is missing, and its window, also where that has died with its parent.
-// Returns whether there is a window.
+// Returns whether there is a window; none without memory for the dialog.
 template <class Dialog>
 bool make(Dialog*& dialog, UINT id, CWnd* parent) {
-    if (dialog == nullptr) dialog = new Dialog;
-    return dialog->m_hWnd != nullptr || dialog->Create(id, parent);
+    if (dialog == nullptr) dialog = newObject<Dialog>();
+    return dialog != nullptr && (dialog->m_hWnd != nullptr || dialog->Create(id, parent));
 }
 
 }  // namespace

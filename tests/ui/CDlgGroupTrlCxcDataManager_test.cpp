@@ -218,6 +218,31 @@ TEST_F(CDlgGroupTrlCxcDataManagerTest, SecondShowUsesTheSameWindow) {
     EXPECT_FALSE(dialog().IsWindowVisible());
 }
 
+TEST_F(CDlgGroupTrlCxcDataManagerTest, WindowThatIsMadeAgainHasItsRowsAndPicturesAgain) {
+    giveThree();
+    group->at(2).m_tscsInfo = true;
+    for (int round = 0; round < 3; ++round) {
+        test::ShortLivedOwner owner;
+        ASSERT_EQ(group->showDlgGroupCxcManager(owner.window()), 1);
+        EXPECT_EQ(test::namesOf(list()), (Texts{"one", "two", "three"})) << round;
+        EXPECT_EQ(test::picturesOf(list()), (std::pair<int, int>(2, 2))) << round;
+        EXPECT_EQ(test::imageOf(list(), 2), 1);
+        owner.end();
+        EXPECT_EQ(dialog().m_hWnd, nullptr);
+    }
+}
+
+TEST_F(CDlgGroupTrlCxcDataManagerTest, WithoutMemoryForTheWindowThereIsNone) {
+    giveThree();
+    {
+        const test::FailingMemory failing(1);
+        EXPECT_EQ(group->showDlgGroupCxcManager(&app.m_main), 1);
+        EXPECT_EQ(group->m_dlgGroupCxcManager, nullptr);
+    }
+    open();
+    EXPECT_TRUE(dialog().IsWindowVisible());
+}
+
 TEST_F(CDlgGroupTrlCxcDataManagerTest, GroupDestroysItsWindow) {
     openThree();
     const HWND window = dialog().m_hWnd;

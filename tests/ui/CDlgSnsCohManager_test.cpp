@@ -129,17 +129,41 @@ TEST_F(CDlgSnsCohManagerTest, SecondShowUsesTheSameWindow) {
 
 TEST_F(CDlgSnsCohManagerTest, WindowThatDiedWithItsParentIsMadeAgain) {
     giveAll();
-    auto parent = std::make_unique<CWnd>();
-    ASSERT_TRUE(parent->CreateEx(0, AfxRegisterWndClass(0), _T(""), WS_POPUP, 0, 0, 9, 9, nullptr,
-                                 nullptr));
-    ASSERT_EQ(package->showDlgSnsCohManager(parent.get()), 1);
+    test::ShortLivedOwner owner;
+    ASSERT_EQ(package->showDlgSnsCohManager(owner.window()), 1);
     CDlgSnsCohManager* const object = &dialog();
-    parent.reset();
+    owner.end();
     EXPECT_EQ(dialog().m_hWnd, nullptr);
     open();
     EXPECT_EQ(&dialog(), object);
     EXPECT_TRUE(dialog().IsWindowVisible());
     EXPECT_EQ(dialog().m_listFace.GetItemCount(), 3);
+}
+
+TEST_F(CDlgSnsCohManagerTest, WindowThatIsMadeAgainHasItsPicturesAgain) {
+    giveAll();
+    package->m_cohControl->m_tscsInfo = true;
+    const std::pair<int, int> two(2, 2);
+    for (int round = 0; round < 3; ++round) {
+        test::ShortLivedOwner owner;
+        ASSERT_EQ(package->showDlgSnsCohManager(owner.window()), 1);
+        EXPECT_EQ(test::picturesOf(dialog().m_listFace), two) << round;
+        EXPECT_EQ(test::picturesOf(dialog().m_listData), two) << round;
+        EXPECT_EQ(dialog().m_listFace.GetImageList(LVSIL_SMALL), dialog().m_listFace.m_imageSmall);
+        EXPECT_EQ(test::imageOf(dialog().m_listFace, 1), 1);
+        owner.end();
+    }
+}
+
+TEST_F(CDlgSnsCohManagerTest, WithoutMemoryForTheWindowThereIsNone) {
+    giveAll();
+    {
+        const test::FailingMemory failing(1);
+        EXPECT_EQ(package->showDlgSnsCohManager(&app.m_main), 1);
+        EXPECT_EQ(package->m_dlgSnsCohManager, nullptr);
+    }
+    open();
+    EXPECT_TRUE(dialog().IsWindowVisible());
 }
 
 TEST_F(CDlgSnsCohManagerTest, PackageDestroysItsWindow) {

@@ -57,6 +57,16 @@ TEST_F(CListSnsCohDatazqTest, SecondSetUpKeepsTheImages) {
     EXPECT_EQ(list.GetHeaderCtrl()->GetItemCount(), 6);
 }
 
+TEST_F(CListSnsCohDatazqTest, WithoutMemoryForThePicturesTheListHasNone) {
+    CListSnsCohDatazq fresh;
+    ASSERT_TRUE(fresh.Create(WS_CHILD | LVS_REPORT, CRect(0, 0, 90, 90), &frame, 8));
+    const test::FailingMemory failing(1);
+    EXPECT_EQ(fresh.setUpImages(), 1);
+    EXPECT_EQ(fresh.m_imageLarge, nullptr);
+    EXPECT_EQ(test::picturesOf(fresh), (std::pair<int, int>(-1, -1)));
+    EXPECT_EQ(fresh.GetHeaderCtrl()->GetItemCount(), 6);
+}
+
 TEST_F(CListSnsCohDatazqTest, RefillWithoutADatasetLeavesTheRows) {
     CSnsCohDatazq data;
     test::fill(data, 3, 3, 2);
