@@ -219,9 +219,11 @@ void CDlgSnsCohManager::OnChooseRow() {
     m_listData.refill();
 }
 
+// A text that is no number leaves the slice as it was read last, and that one is selected.
 void CDlgSnsCohManager::OnChangeSliceFirst() {
     const cxc::Life::Witness witness(m_life);
-    if (!UpdateData(TRUE) || witness.ended()) return;
+    UpdateData(TRUE);
+    if (witness.ended()) return;
     CSnsCohDatazq* const listed = m_listData.dataset();
     if (listed == nullptr) return;
     listed->setSelect(m_sliceFirst, m_sliceFirst);

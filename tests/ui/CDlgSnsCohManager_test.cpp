@@ -407,6 +407,19 @@ TEST_F(CDlgSnsCohManagerTest, TextThatIsNoNumberIsToldAndChangesNothing) {
     }
 }
 
+TEST_F(CDlgSnsCohManagerTest, TextThatIsNoNumberSelectsTheSliceThatWasReadLast) {
+    give(active, test::newFilled(3, 3, 10), _T("rest"));
+    package->m_curntCohDataSetID = active;
+    open();
+    type(L"4");
+    for (const wchar_t* const text : {L"", L"-", L"x"}) {
+        package->m_cohActive->setSelect(2, 7);
+        type(text);
+        EXPECT_EQ(selection(*package->m_cohActive), Selection(4, 4)) << test::toUtf8(text);
+        EXPECT_EQ(test::rowOf(dialog().m_listData, 0, 6), "CxC1|0|0|10|4|115.000000");
+    }
+}
+
 TEST_F(CDlgSnsCohManagerTest, ThirtyDigitsSaturate) {
     CSnsCohDatazq& data = giveOne();
     open();
