@@ -21,6 +21,9 @@ public:
     /// Throws the framework's archive and file exceptions, as where the data end early.
     int serialize(CArchive& ar);
 
+    // The three operations below let the program work on while their file dialog is open. They
+    // require that the dataset outlives it.
+
     /// Asks for a file name, proposing the name of the dataset, and writes the dataset to it. An
     /// empty name of the dataset becomes "CxC Data" and stays so, also when the user cancels. A
     /// path without ".cxc" anywhere in it, in these small letters, gets it appended; a file that is

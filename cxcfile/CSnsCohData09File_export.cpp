@@ -2,6 +2,7 @@
 
 #include "cxcdata/allocation.h"
 #include "cxcdata/grid.h"
+#include "cxcfile/file_commands.h"
 #include "cxcfile/fixed_decimal.h"
 #include "cxcfile/text_export.h"
 
@@ -175,16 +176,16 @@ bool cxc::writeText(CFile& file, const CSnsCohData& data) {
     return canExport(data) && writeBlocks(file, data);
 }
 
-int CSnsCohData09File::exportCxc2txtFile() {
+int cxc::exportDataset(CSnsCohData09File& data, const StillThere& stillThere) {
     // Everything that goes wrong is a result of 0 without a message; a partly written file stays.
     try {
-        if (m_cxcName.IsEmpty()) m_cxcName = _T("CxC Data");
-        if (!canExport(*this)) return 0;
-        const CString path = askTextPath(m_cxcName);
-        if (path.IsEmpty()) return 0;
+        if (data.m_cxcName.IsEmpty()) data.m_cxcName = _T("CxC Data");
+        if (!canExport(data)) return 0;
+        const CString path = askTextPath(data.m_cxcName);
+        if (path.IsEmpty() || !stillThere()) return 0;
         CFile file;
         if (!file.Open(path, CFile::modeCreate | CFile::modeWrite)) return 0;
-        if (!writeBlocks(file, *this)) return 0;
+        if (!writeBlocks(file, data)) return 0;
         file.Flush();
         file.Close();
         return 1;
@@ -193,4 +194,8 @@ int CSnsCohData09File::exportCxc2txtFile() {
     } catch (...) {
     }
     return 0;
+}
+
+int CSnsCohData09File::exportCxc2txtFile() {
+    return cxc::exportDataset(*this, [] { return true; });
 }

@@ -1,5 +1,7 @@
 #include "cxcdata/CSnsCohData09File.h"
 
+#include "cxcfile/file_commands.h"
+
 namespace {
 
 constexpr int archiveBuffer = 4096;  // bytes
@@ -37,11 +39,11 @@ void passRecord(CFile& file, UINT mode, CSnsCohData09File& data) {
 
 }  // namespace
 
-int CSnsCohData09File::saveCxcDataStd() {
+int cxc::saveDataset(CSnsCohData09File& data, const StillThere& stillThere) {
     // Deliberate: the dataset keeps this name, also when the user cancels.
-    if (m_cxcName.IsEmpty()) m_cxcName = _T("CxC Data");
-    CxcFileDialog dialog(FALSE, m_cxcName, OFN_OVERWRITEPROMPT);
-    if (!dialog.confirmed()) return 0;
+    if (data.m_cxcName.IsEmpty()) data.m_cxcName = _T("CxC Data");
+    CxcFileDialog dialog(FALSE, data.m_cxcName, OFN_OVERWRITEPROMPT);
+    if (!dialog.confirmed() || !stillThere()) return 0;
     CString path = dialog.path();
     // Deliberate: the extension counts wherever it stands in the path, folders included, and only
     // in small letters.
@@ -49,10 +51,14 @@ int CSnsCohData09File::saveCxcDataStd() {
 
     CFile file;
     if (!file.Open(path, CFile::modeCreate | CFile::modeWrite)) return 0;
-    passRecord(file, CArchive::store, *this);
+    passRecord(file, CArchive::store, data);
     file.Flush();
     file.Close();
     return 1;
+}
+
+int CSnsCohData09File::saveCxcDataStd() {
+    return cxc::saveDataset(*this, [] { return true; });
 }
 
 int CSnsCohData09File::openCxcDataStd() {

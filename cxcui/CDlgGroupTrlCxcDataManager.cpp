@@ -349,17 +349,20 @@ void CDlgGroupTrlCxcDataManager::appendResults(int (CGroupMeegCxcFacezq::*operat
 }
 
 void CDlgGroupTrlCxcDataManager::OnSaveData() {
-    CSnsCohDatazq* const active = activeDataset();
-    if (active == nullptr) return;
-    const cxc::ModalScope modal(*this, m_life);
-    active->saveCxcDataStd();
+    writeActive(cxc::saveDataset);
 }
 
 void CDlgGroupTrlCxcDataManager::OnExportData() {
+    writeActive(cxc::exportDataset);
+}
+
+void CDlgGroupTrlCxcDataManager::writeActive(WriteDataset write) {
     CSnsCohDatazq* const active = activeDataset();
     if (active == nullptr) return;
+    const cxc::Life::Witness witness(m_life);
     const cxc::ModalScope modal(*this, m_life);
-    active->exportCxc2txtFile();
+    write(*active,
+          [&] { return !witness.ended() && m_group != nullptr && cxc::isThere(*m_group, active); });
 }
 
 // Deliberately, a dataset is appended also when the user has cancelled, or the file was no dataset:

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "cxcdata/cxc_api.h"
+#include "cxcfile/file_commands.h"
 #include "cxcui/CListGrpTrlCxcDatazq.h"
 #include "cxcui/still_there.h"
 #include "framework.h"
@@ -146,6 +147,9 @@ private:
     void chooseColor(COLORREF CSnsCohDatazq::*color);
     void askColor(CSnsCohDatazq* dataset, COLORREF CSnsCohDatazq::*color);
     void appendResults(int (CGroupMeegCxcFacezq::*operation)());
+
+    using WriteDataset = int (*)(CSnsCohData09File& data, const cxc::StillThere& stillThere);
+    void writeActive(WriteDataset write);
 
     cxc::Life m_life;
 };

@@ -362,19 +362,21 @@ void CDlgSnsCohManager::OnZeroDiagonal() {
 }
 
 void CDlgSnsCohManager::OnSaveData() {
-    const cxc::Life::Witness witness(m_life);
-    CSnsCohDatazq* const current = currentDataset();
-    if (witness.ended() || current == nullptr) return;
-    const cxc::ModalScope modal(*this, m_life);
-    current->saveCxcDataStd();
+    writeCurrent(cxc::saveDataset);
 }
 
 void CDlgSnsCohManager::OnExportData() {
+    writeCurrent(cxc::exportDataset);
+}
+
+void CDlgSnsCohManager::writeCurrent(WriteDataset write) {
     const cxc::Life::Witness witness(m_life);
     CSnsCohDatazq* const current = currentDataset();
     if (witness.ended() || current == nullptr) return;
     const cxc::ModalScope modal(*this, m_life);
-    current->exportCxc2txtFile();
+    write(*current, [&] {
+        return !witness.ended() && package() != nullptr && cxc::isThere(*package(), current);
+    });
 }
 
 // Deliberately, a dataset is placed also when the user has cancelled, or the file was no dataset:

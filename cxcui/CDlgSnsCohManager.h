@@ -2,6 +2,7 @@
 #pragma once
 
 #include "cxcdata/cxc_api.h"
+#include "cxcfile/file_commands.h"
 #include "cxcui/CListSnsCohDatazq.h"
 #include "cxcui/CListSnsCohFacezq.h"
 #include "cxcui/still_there.h"
@@ -135,8 +136,10 @@ private:
     void refreshRows();
     int refreshEdits();
 
+    using WriteDataset = int (*)(CSnsCohData09File& data, const cxc::StillThere& stillThere);
+    void writeCurrent(WriteDataset write);
+
     void step(int by);
-    void placeOpened(CSnsCohDatazq* opened);
     int classForOpened();
     bool isSplitterAt(CPoint point) const;
     void dragSplitter(int dx);

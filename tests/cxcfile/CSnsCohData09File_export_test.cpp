@@ -3,6 +3,7 @@
 
 #include "cxcdata/CSnsCohDatazq.h"
 #include "cxcdata/CWavChnlChnlDatazq.h"
+#include "cxcfile/file_commands.h"
 #include "cxcfile/text_export.h"
 #include "tests/cxcfile/dataset_passes.h"
 #include "tests/cxcfile/golden_dataset.h"
@@ -11,6 +12,7 @@
 
 #include <filesystem>
 #include <limits>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -309,6 +311,22 @@ TEST_F(CSnsCohData09FileExport, RefusedDatasetLeavesAnExistingFileAlone) {
     CSnsCohDatazq data;
     data.m_snsRowTotal = 2;
     EXPECT_EQ(data.exportCxc2txtFile(), 0);
+    EXPECT_EQ(test::readFile(target), "before");
+}
+
+TEST_F(CSnsCohData09FileExport, DatasetThatEndsUnderTheDialogIsNotExported) {
+    test::writeFile(target, "before");
+    auto data = std::make_unique<CSnsCohDatazq>();
+    golden::fill(*data);
+    int dialogsWhenAsked = -1;
+    app.script().choose(target);
+    const int result = cxc::exportDataset(*data, [&] {
+        dialogsWhenAsked = app.script().shown();
+        data.reset();
+        return false;
+    });
+    EXPECT_EQ(result, 0);
+    EXPECT_EQ(dialogsWhenAsked, 1);
     EXPECT_EQ(test::readFile(target), "before");
 }
 

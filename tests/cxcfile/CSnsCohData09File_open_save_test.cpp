@@ -3,11 +3,13 @@
 
 #include "cxcdata/CSnsCohDatazq.h"
 #include "cxcdata/CWavChnlChnlDatazq.h"
+#include "cxcfile/file_commands.h"
 #include "tests/cxcfile/dataset_passes.h"
 #include "tests/cxcfile/golden_dataset.h"
 #include "tests/support/TestApp.h"
 
 #include <filesystem>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -104,6 +106,39 @@ TEST_F(CSnsCohData09FileOpenSave, CancelledSaveWritesNothing) {
     EXPECT_FALSE(std::filesystem::exists(target));
     EXPECT_TRUE(data.m_cxcName == _T("Rest"));
     EXPECT_TRUE(app.messages().empty());
+}
+
+TEST_F(CSnsCohData09FileOpenSave, DatasetThatEndsUnderTheDialogIsNotSaved) {
+    test::writeFile(target, "before");
+    auto data = std::make_unique<CSnsCohDatazq>();
+    golden::fill(*data);
+    int dialogsWhenAsked = -1;
+    app.script().choose(target);
+    const int result = cxc::saveDataset(*data, [&] {
+        dialogsWhenAsked = app.script().shown();
+        data.reset();
+        return false;
+    });
+    EXPECT_EQ(result, 0);
+    EXPECT_EQ(dialogsWhenAsked, 1);
+    EXPECT_EQ(test::readFile(target), "before");
+}
+
+TEST_F(CSnsCohData09FileOpenSave, DatasetThatIsStillThereIsSavedAndACancelAsksForNothing) {
+    CSnsCohDatazq data;
+    golden::fill(data);
+    int asked = 0;
+    const auto stillThere = [&] {
+        ++asked;
+        return true;
+    };
+    app.script().cancel();
+    EXPECT_EQ(cxc::saveDataset(data, stillThere), 0);
+    EXPECT_EQ(asked, 0);
+    app.script().choose(target);
+    EXPECT_EQ(cxc::saveDataset(data, stillThere), 1);
+    EXPECT_EQ(asked, 1);
+    EXPECT_EQ(test::readFile(target), golden::record20160311().str());
 }
 
 TEST_F(CSnsCohData09FileOpenSave, CancelledOpenChangesNothing) {

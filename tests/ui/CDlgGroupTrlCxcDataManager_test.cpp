@@ -489,6 +489,40 @@ TEST_F(CDlgGroupTrlCxcDataManagerTest, CancelledOpenAppendsAnEmptyDataset) {
     EXPECT_EQ(list().GetItemCount(), 4);
 }
 
+TEST_F(CDlgGroupTrlCxcDataManagerTest, DatasetThatTheHostReleasesUnderTheFileDialogIsNotWritten) {
+    openThree();
+    const test::TempDir dir;
+    for (const UINT command : {ID_GROUP_SAVE, ID_GROUP_EXPORT}) {
+        app.script().choose(dir.path() / "gone.cxc.txt");
+        bool managerEnabled = true;
+        const test::InNextLoop host([&] {
+            managerEnabled = dialog().IsWindowEnabled() != FALSE;
+            group->deleteCohDataset(group->m_curntCohDataSetID);
+        });
+        choose(command);
+        EXPECT_FALSE(managerEnabled) << command;
+        EXPECT_TRUE(dialog().IsWindowEnabled()) << command;
+        EXPECT_TRUE(std::filesystem::is_empty(dir.path())) << command;
+        group->m_curntCohDataSetID = 1;
+    }
+    EXPECT_EQ(app.script().shown(), 2);
+}
+
+TEST_F(CDlgGroupTrlCxcDataManagerTest, GroupMayEndUnderTheFileDialog) {
+    const test::TempDir dir;
+    for (const UINT command : {ID_GROUP_SAVE, ID_GROUP_EXPORT}) {
+        openThree();
+        app.script().choose(dir.path() / "gone.cxc.txt");
+        const test::InNextLoop host([&] { group.reset(); });
+        dialog().SendMessage(WM_COMMAND, command, 0);
+        test::pump();
+        EXPECT_EQ(group, nullptr) << command;
+        EXPECT_TRUE(std::filesystem::is_empty(dir.path())) << command;
+        group = std::make_unique<test::CleanGroup>();
+    }
+    EXPECT_EQ(app.script().shown(), 2);
+}
+
 // ---- menus, places, the pointer
 
 TEST_F(CDlgGroupTrlCxcDataManagerTest, SelectHideIsNeverSeenChecked) {

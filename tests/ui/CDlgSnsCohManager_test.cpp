@@ -613,6 +613,43 @@ TEST_F(CDlgSnsCohManagerTest, SaveAndExportWriteTheCurrentDataset) {
     EXPECT_EQ(app.script().shown(), 2);
 }
 
+TEST_F(CDlgSnsCohManagerTest, DatasetThatTheHostReleasesUnderTheFileDialogIsNotWritten) {
+    giveAll();
+    open();
+    const test::TempDir dir;
+    for (const UINT command : {ID_WAVEFORM_SAVE, ID_WAVEFORM_EXPORT}) {
+        give(actCtl, test::newFilled(3, 3, 2), _T("mix"));
+        package->m_curntCohDataSetID = actCtl;
+        app.script().choose(dir.path() / "gone.cxc.txt");
+        bool managerEnabled = true;
+        const test::InNextLoop host([&] {
+            managerEnabled = dialog().IsWindowEnabled() != FALSE;
+            package->deleteCohDataset(actCtl);
+        });
+        choose(command);
+        EXPECT_FALSE(managerEnabled) << command;
+        EXPECT_TRUE(dialog().IsWindowEnabled()) << command;
+        EXPECT_TRUE(std::filesystem::is_empty(dir.path())) << command;
+    }
+    EXPECT_EQ(app.script().shown(), 2);
+}
+
+TEST_F(CDlgSnsCohManagerTest, PackageMayEndUnderTheFileDialog) {
+    const test::TempDir dir;
+    for (const UINT command : {ID_WAVEFORM_SAVE, ID_WAVEFORM_EXPORT}) {
+        giveAll();
+        open();
+        app.script().choose(dir.path() / "gone.cxc.txt");
+        const test::InNextLoop host([&] { package.reset(); });
+        dialog().SendMessage(WM_COMMAND, command, 0);
+        test::pump();
+        EXPECT_EQ(package, nullptr) << command;
+        EXPECT_TRUE(std::filesystem::is_empty(dir.path())) << command;
+        package = std::make_unique<CSnsCohFacezq>();
+    }
+    EXPECT_EQ(app.script().shown(), 2);
+}
+
 class OpenData : public CDlgSnsCohManagerTest {
 protected:
     void SetUp() override {
