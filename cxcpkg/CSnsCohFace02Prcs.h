@@ -49,5 +49,7 @@ public:
     /// operation requires Active and Control datasets have the same size", "Control dataset
     /// accumulating failed!" or "This operation requires more memory", and silently where the grid
     /// could not be had.
+    /// The program works on while the question stands: datasets may be released meanwhile, but the
+    /// package has to outlive it.
     int doAct_Ctl_operation();
 };
