@@ -83,8 +83,9 @@ void CDlgGroupTrlCxcDataManager::show(CGroupMeegCxcFacezq& group, CWnd* parent) 
     m_list.m_group = &group;
     m_parent = parent;
     ShowWindow(SW_SHOW);
+    const cxc::Life::Witness witness(m_life);
     refresh();
-    SetForegroundWindow();
+    if (!witness.ended()) SetForegroundWindow();
 }
 
 void CDlgGroupTrlCxcDataManager::forgetGroup() {
@@ -97,7 +98,9 @@ int CDlgGroupTrlCxcDataManager::refresh() {
         UpdateData(FALSE);
         return 1;
     }
+    const cxc::Life::Witness witness(m_life);
     refillList();
+    if (witness.ended()) return 0;
     const CSnsCohDatazq* const active = activeDataset();
     if (active == nullptr) {
         // Deliberately the caption keeps its text.
@@ -144,8 +147,9 @@ void CDlgGroupTrlCxcDataManager::notifyHost() {
 }
 
 void CDlgGroupTrlCxcDataManager::refreshAndNotify() {
+    const cxc::Life::Witness witness(m_life);
     refresh();
-    notifyHost();
+    if (!witness.ended()) notifyHost();
 }
 
 void CDlgGroupTrlCxcDataManager::notifyAndRefresh() {
@@ -293,8 +297,9 @@ void CDlgGroupTrlCxcDataManager::OnExit() {
 void CDlgGroupTrlCxcDataManager::OnApply() {
     if (m_group == nullptr) return;
     UpdateData(TRUE);
+    const cxc::Life::Witness witness(m_life);
     m_list.refill();
-    notifyHost();
+    if (!witness.ended()) notifyHost();
 }
 
 // Commands that are the host's to carry out; it is only told that something was asked for.

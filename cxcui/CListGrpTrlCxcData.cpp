@@ -2,6 +2,8 @@
 
 #include "cxcpkg/CGroupMeegCxcFacezq.h"
 #include "cxcpkg/dataset_owner.h"
+#include "cxcui/CDlgGroupTrlCxcDataManager.h"
+#include "cxcui/filling.h"
 #include "cxcui/list_setup.h"
 
 IMPLEMENT_DYNAMIC(CListGrpTrlCxcData, CListCtrl)
@@ -22,19 +24,32 @@ int CListGrpTrlCxcData::setUp() {
 
 int CListGrpTrlCxcData::refill() {
     if (m_group == nullptr) return 0;
-    if (!DeleteAllItems()) AfxMessageBox(_T("Clean all items error"));
+    if (!deleteRows() && !tellThatRowsStay()) return 0;
     if (m_group == nullptr || !insertRows()) return 0;
     SetExtendedStyle(LVS_EX_TWOCLICKACTIVATE | LVS_EX_FULLROWSELECT | LVS_EX_TRACKSELECT);
     return 1;
 }
 
+bool CListGrpTrlCxcData::deleteRows() {
+    const cxc::Filling filling(m_filling);
+    return DeleteAllItems() != FALSE;
+}
+
+// Returns whether the list is still there: the host works on while the box stands.
+bool CListGrpTrlCxcData::tellThatRowsStay() {
+    const cxc::Life::Witness witness(m_life);
+    CWnd& manager = m_owner == nullptr ? static_cast<CWnd&>(*this) : *m_owner;
+    const cxc::ModalScope modal(manager, m_life);
+    AfxMessageBox(_T("Clean all items error"));
+    return !witness.ended();
+}
+
 bool CListGrpTrlCxcData::insertRows() {
-    m_filling = true;
+    const cxc::Filling filling(m_filling);
     bool filled = true;
     const auto count = static_cast<int>(m_group->getTotalCohDataset());
     for (int i = 0; i < count && filled; ++i)
         filled = fillRow(i) != 0;
-    m_filling = false;
     return filled;
 }
 

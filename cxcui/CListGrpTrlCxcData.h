@@ -2,6 +2,7 @@
 #pragma once
 
 #include "cxcdata/cxc_api.h"
+#include "cxcui/still_there.h"
 #include "framework.h"
 
 class CDlgGroupTrlCxcDataManager;
@@ -22,7 +23,9 @@ public:
     int setUp();
 
     /// Shows the group anew. Returns 1; 0 without a group, and at the first row that fails, a null
-    /// entry for example: the rows behind it are missing then.
+    /// entry for example: the rows behind it are missing then. Where the old rows cannot be deleted
+    /// the user is told and the new ones are added; the host may end the list meanwhile, and 0 is
+    /// the result.
     int refill();
 
     /// Inserts row i (-1: the current index) and stores its index in the dataset. Returns 1 when
@@ -46,7 +49,10 @@ protected:
     DECLARE_MESSAGE_MAP()
 
 private:
+    bool deleteRows();
+    bool tellThatRowsStay();
     bool insertRows();
 
     bool m_filling = false;
+    cxc::Life m_life;
 };

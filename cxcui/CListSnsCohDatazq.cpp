@@ -4,6 +4,7 @@
 #include "cxcdata/grid.h"
 #include "cxcdata/index_math.h"
 #include "cxcpkg/CSnsCohFace.h"
+#include "cxcui/filling.h"
 #include "cxcui/list_setup.h"
 #include "cxcui/still_there.h"
 
@@ -38,13 +39,10 @@ CSnsCohDatazq* CListSnsCohDatazq::dataset() const {
 int CListSnsCohDatazq::refill() {
     if (dataset() == nullptr) return 0;
     const CWaitCursor wait;
-    m_filling = true;
-    SetRedraw(FALSE);
+    const cxc::Filling filling(m_filling);
+    const cxc::PaintingStopped stopped(*this);
     DeleteAllItems();
     insertRows();
-    SetRedraw(TRUE);
-    Invalidate();
-    m_filling = false;
     return 1;
 }
 

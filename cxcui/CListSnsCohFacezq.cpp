@@ -1,6 +1,7 @@
 #include "cxcui/CListSnsCohFacezq.h"
 
 #include "cxcpkg/CSnsCohFacezq.h"
+#include "cxcui/filling.h"
 #include "cxcui/list_setup.h"
 
 IMPLEMENT_DYNAMIC(CListSnsCohFacezq, CListCtrl)
@@ -17,11 +18,10 @@ int CListSnsCohFacezq::setUpImages() {
 
 void CListSnsCohFacezq::refill() {
     if (m_package == nullptr) return;
-    m_filling = true;
+    const cxc::Filling filling(m_filling);
     DeleteAllItems();
     for (int cls = 0; cls < 3; ++cls)
         fillRow(cls);
-    m_filling = false;
 }
 
 int CListSnsCohFacezq::fillRow(int k) {

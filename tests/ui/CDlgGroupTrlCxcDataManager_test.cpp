@@ -588,6 +588,74 @@ TEST_F(CDlgGroupTrlCxcDataManagerTest, PointerOverTheDialogTakesTheFocus) {
     test::parkPointer();
 }
 
+// ---- a list that does not empty quietly
+
+TEST_F(CDlgGroupTrlCxcDataManagerTest, DeselectionWhileTheListIsEmptiedIsNoChoice) {
+    openThree();
+    select({2});
+    int emptied = 0;
+    const test::BeforeEmptying control(list().m_hWnd, [&](const auto& procedure) {
+        LVITEM nothing = {};
+        nothing.stateMask = LVIS_SELECTED;
+        procedure(LVM_SETITEMSTATE, static_cast<WPARAM>(-1), reinterpret_cast<LPARAM>(&nothing));
+        ++emptied;
+        return std::optional<LRESULT>();
+    });
+    choose(ID_GROUP_SHOW);
+    EXPECT_EQ(emptied, 1);
+    EXPECT_EQ(group->m_curntCohDataSetID, 1);
+    EXPECT_EQ(notifications, 1);
+    EXPECT_EQ(states(), (Texts{"hidden", "hidden", "shown"}));
+}
+
+TEST_F(CDlgGroupTrlCxcDataManagerTest, ListThatCannotBeEmptiedIsToldAndFilledAllTheSame) {
+    openThree();
+    const test::BeforeEmptying control(list().m_hWnd,
+                                       [](const auto&) { return std::optional<LRESULT>(FALSE); });
+    bool managerEnabled = true;
+    app.whileBoxStands = [&] { managerEnabled = dialog().IsWindowEnabled() != FALSE; };
+    choose(ID_GROUP_ZERO_DIAGONAL);
+    EXPECT_EQ(app.messages(), Texts{"Clean all items error"});
+    EXPECT_FALSE(managerEnabled);
+    EXPECT_TRUE(dialog().IsWindowEnabled());
+    EXPECT_EQ(list().GetItemCount(), 6);
+    EXPECT_EQ(notifications, 1);
+}
+
+TEST_F(CDlgGroupTrlCxcDataManagerTest, GroupMayEndWhileTheUserIsToldThatTheListIsNotEmpty) {
+    for (const UINT command : {ID_GROUP_SHOW, ID_GROUP_ZERO_DIAGONAL, ID_GROUP_AVERAGE_ALL,
+                               ID_GROUP_DELETE, ID_GROUP_MAKE_ACTIVE, ID_GROUP_OPEN}) {
+        openThree();
+        const test::BeforeEmptying control(
+            list().m_hWnd, [](const auto&) { return std::optional<LRESULT>(FALSE); });
+        app.whileBoxStands = [&] { group.reset(); };
+        if (command == ID_GROUP_OPEN) app.script().cancel();
+        notifications = 0;
+        dialog().SendMessage(WM_COMMAND, command, 0);
+        app.whileBoxStands = nullptr;
+        test::pump();
+        EXPECT_EQ(group, nullptr) << command;
+        EXPECT_LE(notifications, 1) << command;
+        group = std::make_unique<test::CleanGroup>();
+    }
+    for (const bool apply : {true, false}) {
+        openThree();
+        const test::BeforeEmptying control(
+            list().m_hWnd, [](const auto&) { return std::optional<LRESULT>(FALSE); });
+        app.whileBoxStands = [&] { group.reset(); };
+        if (apply)
+            dialog().SendMessage(WM_COMMAND, IDC_GROUP_APPLY,
+                                 reinterpret_cast<LPARAM>(at(IDC_GROUP_APPLY)));
+        else
+            dialog().show(*group, &app.m_main);
+        app.whileBoxStands = nullptr;
+        test::pump();
+        EXPECT_EQ(group, nullptr);
+        EXPECT_EQ(notifications, 0);
+        group = std::make_unique<test::CleanGroup>();
+    }
+}
+
 // ---- hosts that do as they like
 
 TEST_F(CDlgGroupTrlCxcDataManagerTest, HostMayDestroyTheGroupWhenItIsTold) {
