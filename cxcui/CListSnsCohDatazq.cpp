@@ -10,6 +10,14 @@
 
 #include <algorithm>
 
+namespace {
+
+// The count of rows is a field that a file may set to anything. Rows that have no pair show zeros,
+// and so many of them are shown in no time that a user would notice.
+constexpr __int64 mostRowsBeyondTheGrid = 1000;
+
+}  // namespace
+
 IMPLEMENT_DYNAMIC(CListSnsCohDatazq, CListCtrl)
 
 BEGIN_MESSAGE_MAP(CListSnsCohDatazq, CListCtrl)
@@ -42,18 +50,22 @@ int CListSnsCohDatazq::refill() {
     const cxc::Filling filling(m_filling);
     const cxc::PaintingStopped stopped(*this);
     DeleteAllItems();
-    insertRows();
+    const int rows = rowCount();
+    SetItemCount(rows);
+    for (int i = 0; i < rows; ++i)
+        fillRow(i);
     return 1;
 }
 
-void CListSnsCohDatazq::insertRows() {
-    // The count is a field that a file may set to anything; a row beyond the grid is never made.
-    const auto wanted = static_cast<int>(m_dataset->m_snsRowTotal);
-    const auto there =
-        static_cast<int>(std::min<__int64>(cxc::grid::rows(m_dataset->m_mCC), std::max(wanted, 0)));
-    SetItemCount(there);
-    for (int i = 0; i < there; ++i)
-        fillRow(i);
+int CListSnsCohDatazq::rowCount() const {
+    CWavChnlChnlDatazq* const* const table = m_dataset->m_mCC;
+    // Without a grid every row would fail.
+    if (table == nullptr) return 0;
+    // Read as a 32-bit number, deliberately.
+    const int wanted = std::max(static_cast<int>(m_dataset->m_snsRowTotal), 0);
+    const __int64 most =
+        std::max(cxc::grid::rows(table), cxc::grid::cols(table)) + mostRowsBeyondTheGrid;
+    return static_cast<int>(std::min<__int64>(wanted, most));
 }
 
 int CListSnsCohDatazq::fillRow(int i) {

@@ -25,7 +25,9 @@ public:
     int setUpImages();
 
     /// Shows the dataset anew: deliberately one row per row sensor of the dataset, although rows
-    /// stand for column sensors. Returns 1; 0 without a dataset, and then the old rows stay.
+    /// stand for column sensors, so that a row may have no pair and shows zeros. At most 1,000
+    /// more rows than the grid has rows or columns, and none without a grid.
+    /// Returns 1; 0 without a dataset, and then the old rows stay.
     int refill();
 
     /// Inserts row i, the pair of the current row and column i (-1: the current column). Returns 1
@@ -53,7 +55,7 @@ protected:
     DECLARE_MESSAGE_MAP()
 
 private:
-    void insertRows();
+    int rowCount() const;
 
     bool m_filling = false;
 };

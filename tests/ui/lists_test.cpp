@@ -119,6 +119,46 @@ TEST_F(CListSnsCohDatazqTest, RowsFollowTheRowCountAndColumnsBeyondTheGridAreZer
     EXPECT_EQ(list.GetItemCount(), 2);
 }
 
+TEST_F(CListSnsCohDatazqTest, RowsFollowTheRowCountAlsoWhereTheGridHasFewerRows) {
+    CSnsCohDatazq wide;
+    test::fill(wide, 2, 5, 1);
+    wide.setChnlRowCol(5, 5);
+    list.m_dataset = &wide;
+    list.refill();
+    ASSERT_EQ(list.GetItemCount(), 5);
+    EXPECT_EQ(test::rowOf(list, 4, 6), "CxC5|0|0|1|0|151.000000");
+    CSnsCohDatazq square;
+    test::fill(square, 3, 3, 1);
+    square.m_snsRowTotal = 5;
+    list.m_dataset = &square;
+    list.refill();
+    ASSERT_EQ(list.GetItemCount(), 5);
+    EXPECT_EQ(test::rowOf(list, 2, 6), "CxC3|0|0|1|0|131.000000");
+    EXPECT_EQ(test::rowOf(list, 4, 6), "CxC5|0|0|1|0|0.000000");
+}
+
+TEST_F(CListSnsCohDatazqTest, RowsWithoutAPairAreBounded) {
+    CSnsCohDatazq data;
+    test::fill(data, 3, 4, 1);
+    list.m_dataset = &data;
+    for (const __int64 wanted : {2000000000LL, 1005LL}) {
+        data.m_snsRowTotal = wanted;
+        list.refill();
+        EXPECT_EQ(list.GetItemCount(), 1004) << wanted;
+    }
+    // Read as a 32-bit number.
+    for (const __int64 none : {-1LL, 0x80000000LL, 0x100000000LL}) {
+        data.m_snsRowTotal = none;
+        list.refill();
+        EXPECT_EQ(list.GetItemCount(), 0) << none;
+    }
+    CSnsCohDatazq bare;
+    bare.m_snsRowTotal = 2000000000;
+    list.m_dataset = &bare;
+    EXPECT_EQ(list.refill(), 1);
+    EXPECT_EQ(list.GetItemCount(), 0);
+}
+
 TEST_F(CListSnsCohDatazqTest, RowIsRefusedWithoutGridAndAtANegativeIndex) {
     CSnsCohDatazq data;
     list.m_dataset = &data;
