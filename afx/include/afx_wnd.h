@@ -139,7 +139,7 @@ public:
     virtual BOOL PreTranslateMessage(MSG* pMsg);
 
     /// All messages of the window; an exception that leaves it is given to the application's
-    /// ProcessWndProcException.
+    /// ProcessWndProcException, a std::bad_alloc as a CMemoryException.
     virtual LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam);
     virtual LRESULT DefWindowProc(UINT message, WPARAM wParam, LPARAM lParam);
 

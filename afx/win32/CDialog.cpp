@@ -6,6 +6,7 @@
 #include "afxmsg_.h"
 
 #include "afx/win32/current_message.h"
+#include "afx/win32/memory_exception.h"
 #include "afx/win32/window_creation.h"
 
 IMPLEMENT_DYNAMIC(CDialog, CWnd)
@@ -152,7 +153,7 @@ INT_PTR CALLBACK CDialog::dialogProc(HWND handle, UINT message, WPARAM, LPARAM) 
     if (dialog == nullptr) return TRUE;
     // Between here and the object's procedure lies code of the system, which no exception may pass.
     try {
-        return dialog->OnInitDialog();
+        return afx::withMemoryException([&] { return dialog->OnInitDialog(); });
     } catch (CException* e) {
         if (CWinApp* const app = AfxGetApp())
             app->ProcessWndProcException(e, &afx::currentMessage());

@@ -7,6 +7,7 @@
 
 #include "afx/core/window_link.h"
 #include "afx/win32/current_message.h"
+#include "afx/win32/memory_exception.h"
 #include "afx/win32/window_creation.h"
 
 #include <set>
@@ -89,7 +90,8 @@ void WindowLink::subclass(CWnd& wnd, HWND handle) {
 
 LRESULT WindowLink::guarded(CWnd& wnd, const MSG& msg) {
     try {
-        return wnd.WindowProc(msg.message, msg.wParam, msg.lParam);
+        return afx::withMemoryException(
+            [&] { return wnd.WindowProc(msg.message, msg.wParam, msg.lParam); });
     } catch (CException* e) {
         CWinApp* const app = AfxGetApp();
         const LRESULT result = app != nullptr ? app->ProcessWndProcException(e, &msg) : 0;

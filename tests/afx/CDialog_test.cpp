@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <new>
+
 namespace {
 
 using test::ControlsDialog;
@@ -184,6 +186,17 @@ TEST_F(CDialogTest, ExceptionInOnInitDialogIsReportedOnce) {
     EXPECT_TRUE(throwing.Create(IDD_PLAIN));
     EXPECT_EQ(app.messages().size(), 1u);
     throwing.DestroyWindow();
+}
+
+TEST_F(CDialogTest, MemoryRefusedInOnInitDialogIsReportedOnce) {
+    class Hungry : public CDialog {
+    public:
+        BOOL OnInitDialog() override { throw std::bad_alloc(); }
+    };
+    Hungry hungry;
+    EXPECT_TRUE(hungry.Create(IDD_PLAIN));
+    EXPECT_EQ(app.messages(), std::vector<std::string>{"Out of memory."});
+    hungry.DestroyWindow();
 }
 
 class ModalDialog : public ControlsDialog {

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <new>
 #include <vector>
 
 namespace {
@@ -209,6 +210,8 @@ public:
         messages.push_back(message);
         if (message == WM_APP) AfxThrowMemoryException();
         if (message == WM_APP + 1) return 1000 + Default();
+        if (message == WM_APP + 2) throw std::bad_alloc();
+        if (message == WM_APP + 3) throw std::bad_array_new_length();
         if (message == WM_CREATE && failAtCreation) AfxThrowResourceException();
         return CWnd::WindowProc(message, wParam, lParam);
     }
@@ -250,6 +253,15 @@ TEST(CWnd, ExceptionInAMessageEndsAtTheProcedure) {
     ASSERT_TRUE(createHidden(window));
     EXPECT_EQ(::SendMessage(window.m_hWnd, WM_APP, 0, 0), 42);
     EXPECT_EQ(app.failed, std::vector<UINT>{WM_APP});
+}
+
+TEST(CWnd, MemoryRefusedInAMessageIsToldAsTheFrameworkTellsIt) {
+    TestApp app;
+    Recorder window;
+    ASSERT_TRUE(createHidden(window));
+    EXPECT_EQ(::SendMessage(window.m_hWnd, WM_APP + 2, 0, 0), 0);
+    EXPECT_EQ(::SendMessage(window.m_hWnd, WM_APP + 3, 0, 0), 0);
+    EXPECT_EQ(app.messages(), std::vector<std::string>(2, "Out of memory."));
 }
 
 TEST(CWnd, UncaughtExceptionIsReportedByDefault) {
