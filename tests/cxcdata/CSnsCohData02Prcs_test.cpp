@@ -277,6 +277,15 @@ TEST(CSnsCohData02Prcs, StatisticsShowEveryDigitOfAHugeValue) {
     EXPECT_EQ(text.find('.', at) - (at + 5), 309u);
 }
 
+TEST(CSnsCohData02Prcs, StatisticsTakeALongNameWhole) {
+    CSnsCohDatazq d;
+    const std::string name(1000000, 'n');
+    d.m_cxcName = CString(name.c_str());
+    const std::string text = test::ascii(d.getStatistics());
+    EXPECT_EQ(text.compare(0, name.size() + 6, name + " Min: "), 0);
+    EXPECT_EQ(d.m_cxcName.GetLength(), 1000000);
+}
+
 // Diagonal
 
 TEST(CSnsCohData02Prcs, DiagonalIsClearedInEverySlice) {

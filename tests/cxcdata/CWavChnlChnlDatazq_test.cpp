@@ -141,6 +141,8 @@ TEST(CWavChnlChnlDatazq, WhatTheMemoryHeldBeforeReachesNoFile) {
         EXPECT_EQ(valuesOf(v), Values(count, 0.0));
         v.cleanData();
     }
+    give(v, Values(count, 4711.0));
+    v.cleanData();
     give(v, Values(3, 1.0));
     ASSERT_EQ(v.resize(count), 1);
     test::ArchiveFile file;

@@ -6,6 +6,7 @@
 #include "cxcfile/file_commands.h"
 #include "tests/cxcfile/dataset_passes.h"
 #include "tests/cxcfile/golden_dataset.h"
+#include "tests/support/TempDir.h"
 #include "tests/support/TestApp.h"
 
 #include <filesystem>
@@ -339,6 +340,30 @@ TEST_F(CSnsCohData09FileOpenSave, NameTooLongForTheDialogStaysWhole) {
 }
 
 #ifndef _WIN32
+// Dialogs on a screen offer no such path.
+TEST_F(CSnsCohData09FileOpenSave, PathsOfAnyLengthAreTakenWhole) {
+    const test::TempDir folder;
+    const std::filesystem::path deep =
+        folder / std::string(200, 'a') / std::string(200, 'b') / std::string(200, 'c');
+    std::filesystem::create_directories(deep);
+    CSnsCohDatazq data, read;
+    golden::fill(data);
+    app.script().choose(deep / "file");
+    EXPECT_EQ(data.saveCxcDataStd(), 1);
+    EXPECT_EQ(test::readFile(deep / "file.cxc"), golden::record20160311().str());
+    app.script().choose(deep / "file.cxc");
+    EXPECT_EQ(read.openCxcDataStd(), 1);
+    golden::expectGrid(read);
+}
+
+TEST_F(CSnsCohData09FileOpenSave, ExtensionThatMakesTheNameTooLongGivesZeroWithoutAMessage) {
+    CSnsCohDatazq data;
+    golden::fill(data);
+    app.script().choose(target.parent_path() / std::string(253, 'n'));
+    EXPECT_EQ(data.saveCxcDataStd(), 0);
+    EXPECT_TRUE(app.messages().empty());
+}
+
 TEST_F(CSnsCohData09FileOpenSave, FullDiskRaisesTheFileException) {
     // The device that is always full exists on Linux only.
     std::filesystem::create_symlink("/dev/full", target);

@@ -269,6 +269,20 @@ void sweep(const std::vector<Operation>& operations) {
     EXPECT_GT(cases, static_cast<int>(operations.size()));
 }
 
+#ifndef _WIN32
+// There lists do not ask the gate of the library.
+TEST(FailingMemory, ViewerThatFindsNoMemoryIsNotRegistered) {
+    CSnsCohFacezq package;
+    CWnd viewer;
+    HeapWatch watch(1);
+    const Outcome outcome = test::outcomeOf([&] { return package.viewerAdd(&viewer); });
+    watch.stop();
+    EXPECT_EQ(outcome, Outcome::noMemory);
+    EXPECT_EQ(package.m_viewers.GetSize(), 0);
+    EXPECT_EQ(package.viewerAdd(&viewer), 1);
+}
+#endif
+
 TEST(FailingMemory, VectorsSurviveIt) {
     sweep(vectorOperations());
 }
