@@ -90,6 +90,20 @@ TEST(CSnsCohData, OfferedMatricesMustOutnumberTheSlices) {
     EXPECT_EQ(mats[3].getRow(), 2);  // sized like the others, nothing to fill it from
 }
 
+TEST(CSnsCohData, MatricesBeyondTheSlicesKeepTheirValues) {
+    CSnsCohDatazq d;
+    fill(d, 2, 2, 3);
+    CMMatrix2Dzq mats[5];
+    for (CMMatrix2Dzq& matrix : mats)
+        fillMatrix(matrix, 2, 2, 8);
+    CMMatrix2Dzq* offered = mats;
+    __int64 count = 5;
+    EXPECT_EQ(d.getData2MCohTimSnsSns(offered, count), 1);
+    EXPECT_EQ(mats[2].getDataPP()[1][0], cellValue(2, 1, 0));
+    EXPECT_EQ(mats[3].getDataPP()[1][0], cellValue(8, 1, 0));
+    EXPECT_EQ(mats[4].getDataPP()[0][1], cellValue(8, 0, 1));
+}
+
 TEST(CSnsCohData, AbsentPairsAndSlicesAreZeroInTheMatrices) {
     CSnsCohDatazq d;
     fill(d, 3, 2, 5);
@@ -106,6 +120,25 @@ TEST(CSnsCohData, AbsentPairsAndSlicesAreZeroInTheMatrices) {
     EXPECT_EQ(mats[0].getDataPP()[1][1], 0.0);
     EXPECT_EQ(mats[4].getDataPP()[2][1], 325.0);
     EXPECT_EQ(mats[4].getDataPP()[2][2], 0.0);  // no such column in the grid
+}
+
+TEST(CSnsCohData, AbsentValuesAreZeroAmongManyColumnsToo) {
+    CSnsCohDatazq d;
+    fill(d, 20, 20, 5);
+    pairOf(d, 1, 3).resize(2);
+    test::claimValues(d, 2, 12, 5);
+    pairOf(d, 3, 19).resize(0);
+    CMMatrix2Dzq* made = nullptr;
+    __int64 count = 0;
+    ASSERT_EQ(d.getData2MCohTimSnsSns(made, count), 1);
+    const std::unique_ptr<CMMatrix2Dzq[]> mats(made);
+    EXPECT_EQ(mats[1].getDataPP()[1][3], cellValue(1, 1, 3));
+    EXPECT_EQ(mats[2].getDataPP()[1][3], 0.0);
+    EXPECT_EQ(mats[4].getDataPP()[1][4], cellValue(4, 1, 4));
+    EXPECT_EQ(mats[0].getDataPP()[2][12], 0.0);
+    EXPECT_EQ(mats[0].getDataPP()[2][11], cellValue(0, 2, 11));
+    EXPECT_EQ(mats[4].getDataPP()[3][19], 0.0);
+    EXPECT_EQ(mats[4].getDataPP()[3][18], cellValue(4, 3, 18));
 }
 
 TEST(CSnsCohData, DatasetWithoutGridGivesNoMatrices) {
@@ -239,6 +272,8 @@ TEST(CSnsCohData, LaterMatricesMayHaveOtherSizes) {
     CSnsCohDatazq d;
     EXPECT_EQ(d.setData4MCohTimSnsSns(mats, 3), 1);
     EXPECT_EQ(test::valuesOf(d, 0, 0), (std::vector<double>{111, 112, 113}));
+    EXPECT_EQ(test::valuesOf(d, 0, 1), (std::vector<double>{121, 122, 0}));
+    EXPECT_EQ(test::valuesOf(d, 1, 0), (std::vector<double>{211, 212, 0}));
     EXPECT_EQ(test::valuesOf(d, 1, 1), (std::vector<double>{221, 222, 0}));
 }
 
@@ -254,6 +289,7 @@ TEST(CSnsCohData, FirstMatrixMayBeNarrowOrWide) {
     EXPECT_EQ(d.setData4MCohTimSnsSns(narrow, 1), 1);
     EXPECT_EQ(d.m_snsColTotal, 3);
     EXPECT_EQ(d.getValue(0, 2, 0), cellValue(0, 2, 0));
+    EXPECT_EQ(d.getValue(0, 0, 1), 0.0);
     EXPECT_EQ(d.getValue(0, 2, 2), 0.0);
 }
 
@@ -321,6 +357,20 @@ TEST(CSnsCohData, ColumnsOfAMatrixBeyondTheGridAreLeftOut) {
     EXPECT_EQ(d.addMSnsSnsTimID(&narrow, 2), 1);
     EXPECT_EQ(d.getValue(2, 1, 0), 218.0);
     EXPECT_EQ(d.getValue(2, 1, 1), 227.0);
+}
+
+TEST(CSnsCohData, RowThatAMatrixLacksIsLeftOut) {
+    CMMatrix2Dzq mats[2];
+    fillMatrix(mats[0], 2, 2, 0);
+    fillMatrix(mats[1], 2, 2, 1);
+    mats[1].getDataPP()[0] = nullptr;
+    CSnsCohDatazq d;
+    EXPECT_EQ(d.setData4MCohTimSnsSns(mats, 2), 1);
+    EXPECT_EQ(test::valuesOf(d, 0, 1), (std::vector<double>{121, 0}));
+    EXPECT_EQ(test::valuesOf(d, 1, 1), (std::vector<double>{221, 222}));
+    EXPECT_EQ(d.addMSnsSnsTimID(mats + 1, 0), 1);
+    EXPECT_EQ(test::valuesOf(d, 0, 1), (std::vector<double>{121, 0}));
+    EXPECT_EQ(test::valuesOf(d, 1, 1), (std::vector<double>{222, 222}));
 }
 
 TEST(CSnsCohData, SliceThatVectorsDoNotHaveIsNotWritten) {

@@ -163,6 +163,15 @@ TEST(CSnsCohDatazq, NothingToCollapseIsRefused) {
     EXPECT_EQ(cell(d, 2, 1, 1), cellValue(2, 1, 1));
 }
 
+TEST(CSnsCohDatazq, NoColumnsAreAllowed) {
+    CSnsCohDatazq d;
+    test::fill(d, 2, 2, 3);
+    d.setChnlRowCol(2, 0);
+    EXPECT_EQ(d.accumulateTime1(), 1);
+    EXPECT_EQ(d.m_cohTimTotal, 1);
+    EXPECT_EQ(d.m_snsColTotal, 0);
+}
+
 TEST(CSnsCohDatazq, AbsentSlicesCountAsZeroInTheMean) {
     CSnsCohDatazq d;
     fill(d, 2, 2, 4);
