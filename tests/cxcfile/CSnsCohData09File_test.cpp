@@ -171,6 +171,14 @@ TEST_F(CSnsCohData09FileRecord, GridIsLeftOutWhenCountersExceedIt) {
     expectBytes(stored(data), recordWithGrid(golden::sizes(2, -1).i32(0)).str());
 }
 
+TEST_F(CSnsCohData09FileRecord, GridIsLeftOutWhenARowIsMissing) {
+    CSnsCohDatazq data;
+    golden::fill(data);
+    delete[] data.m_mCC[1];
+    data.m_mCC[1] = nullptr;
+    expectBytes(stored(data), recordWithGrid(golden::sizes(2, 3).i32(0)).str());
+}
+
 TEST_F(CSnsCohData09FileRecord, CountersBelowTheGridStoreItsCorner) {
     CSnsCohDatazq data;
     golden::fill(data);
