@@ -8,6 +8,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstddef>
 #include <string>
 
@@ -48,6 +49,7 @@ public:
         s_count = 0;
         s_failing = failing;
         s_bytes = 0;
+        s_largest = 0;
         cxc::setAllocationHook(&MemoryWatch::ask);
     }
     MemoryWatch(const MemoryWatch&) = delete;
@@ -55,17 +57,20 @@ public:
     ~MemoryWatch() { cxc::setAllocationHook(nullptr); }
 
     static int count() { return s_count; }
-    static std::size_t bytes() { return s_bytes; }  // of all allocations together
+    static std::size_t bytes() { return s_bytes; }      // of all allocations together
+    static std::size_t largest() { return s_largest; }  // bytes of the largest one
 
 private:
     static bool ask(std::size_t bytes) {
         s_bytes += bytes;
+        s_largest = std::max(s_largest, bytes);
         return ++s_count == s_failing;
     }
 
     inline static int s_count = 0;
     inline static int s_failing = 0;
     inline static std::size_t s_bytes = 0;
+    inline static std::size_t s_largest = 0;
 };
 
 }  // namespace test
