@@ -267,7 +267,8 @@ TEST_F(CSnsCohData09FileRecord, MagicWithATailBehindAZeroIsRefused) {
 }
 
 TEST_F(CSnsCohData09FileRecord, UnknownVersionIsRefused) {
-    for (const unsigned version : {0u, 1u, 20160310u, 20160312u, 20120222u, 0xFFFFFFFFu}) {
+    for (const unsigned version :
+         {0u, 1u, 20160310u, 20160312u, 20120222u, 20160311u + 0x80000000u, 0xFFFFFFFFu}) {
         app.clearMessages();
         CSnsCohDatazq data, model;
         golden::fillOther(data);

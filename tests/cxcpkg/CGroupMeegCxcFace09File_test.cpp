@@ -182,7 +182,8 @@ TEST_F(CGroupMeegCxcFace09FileTest, ForeignRecordsAreRefused) {
 }
 
 TEST_F(CGroupMeegCxcFace09FileTest, UnknownVersionsAreRefused) {
-    for (const unsigned version : {0u, 20180726u, 20121016u, 0xFFFFFFFFu}) {
+    for (const unsigned version :
+         {0u, 20180726u, 20121016u, 20180725u + 0x80000000u, 0xFFFFFFFFu}) {
         OtherGroup group;
         EXPECT_EQ(load(group, opening(version).i32(0).i32(0).append(others())), 0);
         group.expectUnchanged();

@@ -256,7 +256,8 @@ TEST_F(CSnsCohFace09FileTest, ForeignRecordsAreRefused) {
 }
 
 TEST_F(CSnsCohFace09FileTest, UnknownVersionsAreRefused) {
-    for (const unsigned version : {0u, 20121017u, 20180725u, 20080601u, 0xFFFFFFFFu}) {
+    for (const unsigned version :
+         {0u, 20121017u, 20180725u, 20080601u, 20121016u + 0x80000000u, 0xFFFFFFFFu}) {
         OtherPackage package;
         EXPECT_EQ(load(package, opening(version).append(twoDatasets()).append(others())), 0);
         package.expectUnchanged();

@@ -141,6 +141,12 @@ inline std::vector<HostileDataset> hostileDatasets() {
              fill(d, 3, 3, 2);
              d.m_snsColTotal = huge;
          }},
+        {"a few more rows, columns and slices announced",
+         [](CSnsCohDatazq& d) {
+             fill(d, 3, 3, 2);
+             d.setChnlRowCol(5, 4);
+             d.m_cohTimTotal = 4;
+         }},
         {"fewer rows and columns announced",
          [](CSnsCohDatazq& d) {
              fill(d, 3, 5, 2);
