@@ -7,9 +7,9 @@
 IMPLEMENT_DYNAMIC(CFile, CObject)
 
 #ifdef _WIN32
-const CFile::Handle CFile::hFileNull = INVALID_HANDLE_VALUE;
+const afx::FileHandle CFile::hFileNull = INVALID_HANDLE_VALUE;
 #else
-const CFile::Handle CFile::hFileNull = -1;
+const afx::FileHandle CFile::hFileNull = -1;
 #endif
 
 CFile::CFile() : m_hFile(hFileNull) {}
@@ -26,7 +26,7 @@ CFile::~CFile() {
 
 BOOL CFile::Open(LPCTSTR fileName, UINT openFlags, CFileException* error) {
     LONG osError = 0;
-    const Handle handle = afx::openFile(fileName, openFlags, osError);
+    const afx::FileHandle handle = afx::openFile(fileName, openFlags, osError);
     if (handle == hFileNull) {
         if (error != nullptr) {
             error->m_cause = CFileException::OsErrorToException(osError);
@@ -103,7 +103,7 @@ void CFile::Flush() {
 
 void CFile::Close() {
     if (m_hFile == hFileNull) return;
-    const Handle handle = m_hFile;
+    const afx::FileHandle handle = m_hFile;
     m_hFile = hFileNull;
     const LONG osError = afx::closeFile(handle);
     const CString name = m_strFileName;

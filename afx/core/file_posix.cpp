@@ -13,7 +13,7 @@
 
 namespace afx {
 
-CFile::Handle openFile(LPCTSTR name, UINT openFlags, LONG& osError) {
+FileHandle openFile(LPCTSTR name, UINT openFlags, LONG& osError) {
     const std::string path = utf8(name);
     int flags = O_CLOEXEC;
     switch (openFlags & 3) {
@@ -52,7 +52,7 @@ CString fullPath(LPCTSTR name) {
     return failed ? CString(name) : utf16(path.native());
 }
 
-LONG readFile(CFile::Handle file, void* buffer, UINT count, UINT& delivered) {
+LONG readFile(FileHandle file, void* buffer, UINT count, UINT& delivered) {
     ssize_t n = 0;
     do {
         n = ::read(file, buffer, std::min<UINT>(count, 1u << 30));
@@ -61,7 +61,7 @@ LONG readFile(CFile::Handle file, void* buffer, UINT count, UINT& delivered) {
     return n < 0 ? errno : 0;
 }
 
-LONG writeFile(CFile::Handle file, const void* buffer, UINT count, UINT& taken) {
+LONG writeFile(FileHandle file, const void* buffer, UINT count, UINT& taken) {
     ssize_t n = 0;
     do {
         n = ::write(file, buffer, std::min<UINT>(count, 1u << 30));
@@ -70,7 +70,7 @@ LONG writeFile(CFile::Handle file, const void* buffer, UINT count, UINT& taken) 
     return n < 0 ? errno : 0;
 }
 
-LONG seekFile(CFile::Handle file, LONGLONG offset, UINT from, LONGLONG& position) {
+LONG seekFile(FileHandle file, LONGLONG offset, UINT from, LONGLONG& position) {
     const int whence = from == CFile::begin     ? SEEK_SET
                        : from == CFile::current ? SEEK_CUR
                                                 : SEEK_END;
@@ -78,7 +78,7 @@ LONG seekFile(CFile::Handle file, LONGLONG offset, UINT from, LONGLONG& position
     return position < 0 ? errno : 0;
 }
 
-LONG fileLength(CFile::Handle file, ULONGLONG& length) {
+LONG fileLength(FileHandle file, ULONGLONG& length) {
     struct stat status = {};
     if (::fstat(file, &status) != 0) return errno;
     // Pipes and devices have no length to speak of.
@@ -87,12 +87,12 @@ LONG fileLength(CFile::Handle file, ULONGLONG& length) {
     return 0;
 }
 
-LONG flushFile(CFile::Handle file) {
+LONG flushFile(FileHandle file) {
     // Pipes and some file systems cannot sync and have nothing to lose by it.
     return ::fsync(file) == 0 || errno == EINVAL || errno == EROFS ? 0 : errno;
 }
 
-LONG closeFile(CFile::Handle file) {
+LONG closeFile(FileHandle file) {
     // After EINTR the descriptor is gone all the same.
     return ::close(file) == 0 || errno == EINTR ? 0 : errno;
 }

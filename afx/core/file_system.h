@@ -7,14 +7,14 @@
 namespace afx {
 
 /// CFile::hFileNull and the error number when the file cannot be opened.
-CFile::Handle openFile(LPCTSTR name, UINT openFlags, LONG& osError);
+FileHandle openFile(LPCTSTR name, UINT openFlags, LONG& osError);
 /// The name as an absolute path.
 CString fullPath(LPCTSTR name);
-LONG readFile(CFile::Handle file, void* buffer, UINT count, UINT& delivered);
-LONG writeFile(CFile::Handle file, const void* buffer, UINT count, UINT& taken);
-LONG seekFile(CFile::Handle file, LONGLONG offset, UINT from, LONGLONG& position);
-LONG fileLength(CFile::Handle file, ULONGLONG& length);
-LONG flushFile(CFile::Handle file);
-LONG closeFile(CFile::Handle file);
+LONG readFile(FileHandle file, void* buffer, UINT count, UINT& delivered);
+LONG writeFile(FileHandle file, const void* buffer, UINT count, UINT& taken);
+LONG seekFile(FileHandle file, LONGLONG offset, UINT from, LONGLONG& position);
+LONG fileLength(FileHandle file, ULONGLONG& length);
+LONG flushFile(FileHandle file);
+LONG closeFile(FileHandle file);
 
 }  // namespace afx

@@ -2,7 +2,7 @@
 
 namespace afx {
 
-CFile::Handle openFile(LPCTSTR name, UINT openFlags, LONG& osError) {
+FileHandle openFile(LPCTSTR name, UINT openFlags, LONG& osError) {
     DWORD access = GENERIC_READ;
     switch (openFlags & 3) {
         case CFile::modeRead:
@@ -48,7 +48,7 @@ CString fullPath(LPCTSTR name) {
     return path.IsEmpty() ? CString(name) : path;
 }
 
-LONG readFile(CFile::Handle file, void* buffer, UINT count, UINT& delivered) {
+LONG readFile(FileHandle file, void* buffer, UINT count, UINT& delivered) {
     DWORD n = 0;
     const BOOL done = ReadFile(file, buffer, count, &n, nullptr);
     delivered = done ? n : 0;
@@ -58,14 +58,14 @@ LONG readFile(CFile::Handle file, void* buffer, UINT count, UINT& delivered) {
                                                                        : static_cast<LONG>(osError);
 }
 
-LONG writeFile(CFile::Handle file, const void* buffer, UINT count, UINT& taken) {
+LONG writeFile(FileHandle file, const void* buffer, UINT count, UINT& taken) {
     DWORD n = 0;
     const BOOL done = WriteFile(file, buffer, count, &n, nullptr);
     taken = done ? n : 0;
     return done ? 0 : static_cast<LONG>(GetLastError());
 }
 
-LONG seekFile(CFile::Handle file, LONGLONG offset, UINT from, LONGLONG& position) {
+LONG seekFile(FileHandle file, LONGLONG offset, UINT from, LONGLONG& position) {
     LARGE_INTEGER distance;
     LARGE_INTEGER reached;
     distance.QuadPart = offset;
@@ -74,18 +74,18 @@ LONG seekFile(CFile::Handle file, LONGLONG offset, UINT from, LONGLONG& position
     return 0;
 }
 
-LONG fileLength(CFile::Handle file, ULONGLONG& length) {
+LONG fileLength(FileHandle file, ULONGLONG& length) {
     LARGE_INTEGER size;
     if (!GetFileSizeEx(file, &size)) return static_cast<LONG>(GetLastError());
     length = static_cast<ULONGLONG>(size.QuadPart);
     return 0;
 }
 
-LONG flushFile(CFile::Handle file) {
+LONG flushFile(FileHandle file) {
     return FlushFileBuffers(file) ? 0 : static_cast<LONG>(GetLastError());
 }
 
-LONG closeFile(CFile::Handle file) {
+LONG closeFile(FileHandle file) {
     return CloseHandle(file) ? 0 : static_cast<LONG>(GetLastError());
 }
 

@@ -20,6 +20,8 @@ public:
     static HWND unsubclass(CWnd& wnd);
     /// The procedure of all windows with a C++ object.
     static LRESULT CALLBACK procedure(HWND handle, UINT message, WPARAM wParam, LPARAM lParam);
+    /// Offers the notification that is being handled to the control that sent it.
+    static BOOL reflect(HWND control, LRESULT* pResult);
 
 private:
     static LRESULT guarded(CWnd& wnd, const MSG& msg);

@@ -8,6 +8,17 @@
 
 #include "afx_exception.h"
 
+namespace afx {
+
+/// What the operating system has for an open file.
+#ifdef _WIN32
+using FileHandle = HANDLE;
+#else
+using FileHandle = int;
+#endif
+
+}  // namespace afx
+
 class AFX_API CFile : public CObject {
     DECLARE_DYNAMIC(CFile)
 
@@ -29,12 +40,7 @@ public:
     };
     enum SeekPosition { begin = 0, current = 1, end = 2 };
 
-#ifdef _WIN32
-    using Handle = HANDLE;
-#else
-    using Handle = int;
-#endif
-    static const Handle hFileNull;  // m_hFile of a file that is not open
+    static const afx::FileHandle hFileNull;  // m_hFile of a file that is not open
 
     CFile();
     /// Opens or throws CFileException*.
@@ -60,7 +66,7 @@ public:
     virtual void Close();
     virtual void Abort();
 
-    Handle m_hFile;
+    afx::FileHandle m_hFile;
 
 protected:
     CString m_strFileName;  // full path; empty without a name

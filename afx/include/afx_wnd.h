@@ -137,7 +137,12 @@ public:
 
     /// Called for each message of the loop, from the target window up to its outermost parent.
     virtual BOOL PreTranslateMessage(MSG* pMsg);
+#endif
 
+    HWND m_hWnd = nullptr;  // null while no window is attached
+
+protected:
+#ifdef _WIN32
     /// All messages of the window; an exception that leaves it is given to the application's
     /// ProcessWndProcException, a std::bad_alloc as a CMemoryException.
     virtual LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam);
@@ -145,12 +150,7 @@ public:
 
     /// A notification of this control has arrived at its parent. TRUE keeps it from the parent.
     virtual BOOL OnChildNotify(UINT message, WPARAM wParam, LPARAM lParam, LRESULT* pResult);
-#endif
 
-    HWND m_hWnd = nullptr;  // null while no window is attached
-
-protected:
-#ifdef _WIN32
     /// Default processing of the current message with its original parameters.
     LRESULT Default();
     /// Called before the object's procedure replaces the window's own.

@@ -88,6 +88,13 @@ void WindowLink::subclass(CWnd& wnd, HWND handle) {
         handle, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&WindowLink::procedure)));
 }
 
+BOOL WindowLink::reflect(HWND control, LRESULT* pResult) {
+    CWnd* const sender = CWnd::FromHandlePermanent(control);
+    if (sender == nullptr) return FALSE;
+    const MSG& msg = afx::currentMessage();
+    return sender->OnChildNotify(msg.message, msg.wParam, msg.lParam, pResult);
+}
+
 LRESULT WindowLink::guarded(CWnd& wnd, const MSG& msg) {
     try {
         return afx::withMemoryException(

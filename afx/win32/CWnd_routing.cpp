@@ -41,14 +41,6 @@ bool isDisabled(CCmdTarget& target, UINT command) {
     return !test.enabled;
 }
 
-// Offers the notification that is being handled to the control that sent it.
-BOOL reflect(HWND control, LRESULT* pResult) {
-    CWnd* const sender = CWnd::FromHandlePermanent(control);
-    if (sender == nullptr) return FALSE;
-    const MSG& msg = afx::currentMessage();
-    return sender->OnChildNotify(msg.message, msg.wParam, msg.lParam, pResult);
-}
-
 int codeOf(UINT notification, UINT message) {
     return static_cast<int>(MAKELONG(LOWORD(notification), message));
 }
@@ -101,7 +93,7 @@ BOOL CWnd::OnCommand(WPARAM wParam, LPARAM lParam) {
     }
     if (lockedOut != nullptr && lockedOut == m_hWnd) return TRUE;
     LRESULT unused = 0;
-    if (reflect(control, &unused)) return TRUE;
+    if (WindowLink::reflect(control, &unused)) return TRUE;
     if (id == 0) return FALSE;
     return OnCmdMsg(id, HIWORD(wParam), nullptr, nullptr);
 }
@@ -109,7 +101,7 @@ BOOL CWnd::OnCommand(WPARAM wParam, LPARAM lParam) {
 BOOL CWnd::OnNotify(WPARAM, LPARAM lParam, LRESULT* pResult) {
     auto* const header = reinterpret_cast<NMHDR*>(lParam);
     if (lockedOut != nullptr && lockedOut == m_hWnd) return TRUE;
-    if (reflect(header->hwndFrom, pResult)) return TRUE;
+    if (WindowLink::reflect(header->hwndFrom, pResult)) return TRUE;
     AFX_NOTIFY notify = {pResult, header};
     const UINT id = static_cast<UINT>(::GetDlgCtrlID(header->hwndFrom));
     return OnCmdMsg(id, codeOf(header->code, WM_NOTIFY), &notify, nullptr);
