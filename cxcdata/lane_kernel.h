@@ -75,8 +75,9 @@ void addLanesOf(First first, const double* const* vectors, long long length, dou
     constexpr int all = laneCount / Number::lanes;
     constexpr int groups = all * Accumulator<Number>::fields <= 12 ? all : all / 2;
     for (int k = 0; k < laneCount; k += groups * Number::lanes) {
-        addGroups<Accumulator<Number>, Number>(first, vectors + k, length, fields + k,
-                                               std::make_index_sequence<groups>());
+        addGroups<Accumulator<Number>, Number>(
+            first, vectors + k, length, fields + k,
+            std::make_index_sequence<static_cast<std::size_t>(groups)>());
     }
 }
 

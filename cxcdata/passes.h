@@ -44,12 +44,13 @@ class Lanes {
 public:
     static constexpr Kind kind = Accumulator<double>::kind;
     static constexpr int fields = Accumulator<double>::fields;
+    using Indices = std::make_index_sequence<static_cast<std::size_t>(fields)>;
 
     void set(int k, const Accumulator<double>& accumulator) {
         for (int f = 0; f < fields; ++f)
             m_fields[f * laneCount + k] = accumulator.field[static_cast<std::size_t>(f)];
     }
-    Accumulator<double> get(int k) const { return get(k, std::make_index_sequence<fields>()); }
+    Accumulator<double> get(int k) const { return get(k, Indices()); }
     double* data() { return m_fields; }
 
 private:
@@ -61,7 +62,7 @@ private:
         return accumulator;
     }
 
-    double m_fields[fields * laneCount];
+    double m_fields[static_cast<std::size_t>(fields * laneCount)];
 };
 
 using Slices = std::array<Slice, laneCount>;

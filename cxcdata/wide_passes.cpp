@@ -77,7 +77,7 @@ template <template <class> class Accumulator>
 void addAnyValues(Width width, First first, const double* const* vectors, long long length,
                   double* fields) {
     using Plain = Accumulator<double>;
-    constexpr int count = Plain::fields * laneCount;
+    constexpr std::size_t count = Plain::fields * laneCount;
     double before[count];
     if (first == First::adds) std::copy(fields, fields + count, before);
     addWith(width, Plain::kind, first, vectors, length, fields);

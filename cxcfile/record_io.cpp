@@ -9,29 +9,63 @@ namespace {
 // The archive counts bytes in 32 bits, so long blocks pass in steps.
 constexpr __int64 stepBytes = 1 << 20;
 
-void skip(CArchive& ar, UINT_PTR characters, int charSize) {
+// A length is a byte; where it does not fit, an escape and a wider number, and so on. Text of
+// 16-bit units has a marker in front, which looks like a length of two bytes.
+constexpr BYTE longerThanByte = 0xFF;
+constexpr WORD unitsMarker = 0xFFFE;
+constexpr WORD longerThanWord = 0xFFFF;
+constexpr DWORD longerThanDword = 0xFFFFFFFF;
+static_assert(largestMagic < longerThanByte, "storeMagic writes lengths of one byte");
+
+template <class T>
+T load(CArchive& ar) {
+    T value{};
+    ar >> value;
+    return value;
+}
+
+ULONGLONG loadBeyondWord(CArchive& ar) {
+    const auto dword = load<DWORD>(ar);
+    return dword < longerThanDword ? dword : load<ULONGLONG>(ar);
+}
+
+void skip(CArchive& ar, StringPrefix stored) {
     BYTE bytes[4096];
-    while (characters > 0) {
-        const UINT_PTR step = std::min<UINT_PTR>(characters, sizeof(bytes) / 2);
-        readAll(ar, bytes, static_cast<UINT>(step) * static_cast<UINT>(charSize));
-        characters -= step;
+    while (stored.length > 0) {
+        const ULONGLONG step = std::min<ULONGLONG>(stored.length, sizeof(bytes) / 2);
+        readAll(ar, bytes, static_cast<UINT>(step) * stored.charSize);
+        stored.length -= step;
     }
 }
 
 }  // namespace
 
-void storeMagic(CArchive& ar, LPCTSTR magic, int length) {
-    AfxWriteStringLength(ar, static_cast<UINT_PTR>(length), TRUE);
-    ar.Write(magic, static_cast<UINT>(length) * static_cast<UINT>(sizeof(TCHAR)));
+StringPrefix loadStringPrefix(CArchive& ar) {
+    UINT charSize = 1;
+    auto byte = load<BYTE>(ar);
+    if (byte < longerThanByte) return {byte, charSize};
+    auto word = load<WORD>(ar);
+    if (word == unitsMarker) {
+        charSize = 2;
+        byte = load<BYTE>(ar);
+        if (byte < longerThanByte) return {byte, charSize};
+        word = load<WORD>(ar);
+    }
+    return {word < longerThanWord ? word : loadBeyondWord(ar), charSize};
 }
 
-bool loadOtherMagic(CArchive& ar, LPCTSTR magic, int length, UINT_PTR stored, int charSize) {
-    if (stored != static_cast<UINT_PTR>(length)) {
-        skip(ar, stored, charSize);
+void storeMagic(CArchive& ar, LPCTSTR magic, UINT length) {
+    ar << longerThanByte << unitsMarker << static_cast<BYTE>(length);
+    ar.Write(magic, length * static_cast<UINT>(sizeof(TCHAR)));
+}
+
+bool loadOtherMagic(CArchive& ar, LPCTSTR magic, UINT length, StringPrefix stored) {
+    if (stored.length != length) {
+        skip(ar, stored);
         return false;
     }
     BYTE text[largestMagic];
-    readAll(ar, text, static_cast<UINT>(length));
+    readAll(ar, text, length);
     // The magic strings are plain ASCII, the same in every code page.
     return std::equal(text, text + length, magic);
 }

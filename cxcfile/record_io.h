@@ -5,6 +5,7 @@
 
 #include "framework.h"
 
+#include <cstddef>
 #include <cstring>
 
 namespace cxc {
@@ -30,7 +31,7 @@ inline void passItem(CArchive& ar, bool& value) {
 }
 
 /// The longest magic string [characters].
-constexpr int largestMagic = 32;
+constexpr UINT largestMagic = 32;
 
 /// Reads `bytes` bytes; throws the end-of-file exception when the file has fewer.
 inline void readAll(CArchive& ar, void* to, UINT bytes) {
@@ -38,30 +39,39 @@ inline void readAll(CArchive& ar, void* to, UINT bytes) {
         AfxThrowArchiveException(CArchiveException::endOfFile, ar.GetFile()->GetFilePath());
 }
 
+/// What stands before the characters of a stored string.
+struct StringPrefix {
+    ULONGLONG length;  // [characters]
+    UINT charSize;     // 1: characters of the code page; 2: 16-bit units [bytes]
+};
+
+/// Throws the archive's exceptions.
+StringPrefix loadStringPrefix(CArchive& ar);
+
 /// The rest of loadMagic where the string is not as the library writes it: of another length, or
 /// in 8-bit characters.
-bool loadOtherMagic(CArchive& ar, LPCTSTR magic, int length, UINT_PTR stored, int charSize);
+bool loadOtherMagic(CArchive& ar, LPCTSTR magic, UINT length, StringPrefix stored);
 
 /// Reads a string and tells whether it is exactly `magic`. Every vector of a grid has one: the
 /// text is compared on the way, without a string of its own. Throws the end-of-file exception when
 /// the string is longer than the file.
-template <int Size>
+template <std::size_t Size>
 bool loadMagic(CArchive& ar, const TCHAR (&magic)[Size]) {
-    constexpr int length = Size - 1;
+    constexpr UINT length = Size - 1;
     static_assert(length <= largestMagic, "other forms are compared in a buffer of that size");
-    int charSize = 0;
-    const UINT_PTR stored = AfxReadStringLength(ar, charSize);
-    if (stored != length || charSize != sizeof(TCHAR))
-        return loadOtherMagic(ar, magic, length, stored, charSize);
+    const StringPrefix stored = loadStringPrefix(ar);
+    if (stored.length != length || stored.charSize != sizeof(TCHAR))
+        return loadOtherMagic(ar, magic, length, stored);
     TCHAR text[length];
     readAll(ar, text, sizeof(text));
     return std::memcmp(text, magic, sizeof(text)) == 0;
 }
 
-void storeMagic(CArchive& ar, LPCTSTR magic, int length);
+void storeMagic(CArchive& ar, LPCTSTR magic, UINT length);
 
-template <int Size>
+template <std::size_t Size>
 void storeMagic(CArchive& ar, const TCHAR (&magic)[Size]) {
+    static_assert(Size - 1 <= largestMagic, "loadMagic would not compile");
     storeMagic(ar, magic, Size - 1);
 }
 
