@@ -67,6 +67,7 @@ for stage in "${stages[@]}"; do
       echo "== checks"
       scripts/check.py || failed+=(checks)
       scripts/docs.sh || failed+=(docs)
+      scripts/strict.sh || failed+=(strict)
       ;;
     *) echo "test.sh: unknown stage $stage" >&2; exit 2 ;;
   esac
