@@ -18,6 +18,9 @@ if(WIN32)
   # The version is in the resources; the name stays, because hosts load it by it.
   set_target_properties(${cxc_libraries} PROPERTIES VERSION "" SOVERSION "")
 endif()
+if(MSVC)
+  list(APPEND cxc_libraries cxc_framework)  # what a host compiles with, too
+endif()
 install(TARGETS ${cxc_libraries} EXPORT cxcTargets
   RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}"
   LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}"

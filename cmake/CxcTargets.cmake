@@ -50,6 +50,9 @@ function(cxc_library_target target exports)
   if(WIN32)
     set_target_properties(${target} PROPERTIES PREFIX "")  # cxc.dll, as Windows names it
   endif()
+  if(MSVC)
+    target_compile_definitions(${target} PRIVATE _AFXEXT)  # an extension DLL of the framework
+  endif()
 endfunction()
 
 # Compiles the passes of cxcdata over several doubles at a time for the machines that can; which
