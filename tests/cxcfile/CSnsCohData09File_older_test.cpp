@@ -80,7 +80,7 @@ TEST_F(CSnsCohData09FileOlder, EachVersionReadsItsItemsAndKeepsTheRest) {
         golden::fill(model);
         EXPECT_EQ(load(data, version.record), 1);
         golden::expectItems(data, model, 3, version.lastItem);
-        golden::expectItems(data, other, version.lastItem + 1, 38);
+        golden::expectItems(data, other, version.lastItem + 1, golden::lastItem);
         golden::expectGrid(data);
         golden::expectColorsOfOther(data);
     }
@@ -103,7 +103,7 @@ TEST_F(CSnsCohData09FileOlder, FreshDatasetKeepsItsDefaultsWhereALayoutHasNothin
     for (const Version& version : versionsWithGrid()) {
         CSnsCohDatazq data;
         EXPECT_EQ(load(data, version.record), 1);
-        golden::expectItems(data, fresh, version.lastItem + 1, 38);
+        golden::expectItems(data, fresh, version.lastItem + 1, golden::lastItem);
         if (version.lastItem < 32) {
             EXPECT_TRUE(data.m_cxcCmptInfo == _T("CxC ComputeInfo"));
         }
@@ -130,7 +130,7 @@ Bytes defaults33to38() {
 TEST_F(CSnsCohData09FileOlder, Saving20130511GivesACurrentFile) {
     CSnsCohDatazq data;
     EXPECT_EQ(load(data, golden::record20130511()), 1);
-    const Bytes expected = golden::opening(20160311)
+    const Bytes expected = golden::opening(golden::newestVersion)
                                .append(golden::gridBlock())
                                .append(golden::header13to25())
                                .append(golden::header26to31())
@@ -142,7 +142,7 @@ TEST_F(CSnsCohData09FileOlder, Saving20130511GivesACurrentFile) {
 TEST_F(CSnsCohData09FileOlder, Saving20130402GivesACurrentFile) {
     CSnsCohDatazq data;
     EXPECT_EQ(load(data, golden::record20130402()), 1);
-    const Bytes expected = golden::opening(20160311)
+    const Bytes expected = golden::opening(golden::newestVersion)
                                .append(golden::gridBlock())
                                .append(golden::header13to25())
                                .append(golden::header26to31())
@@ -154,7 +154,7 @@ TEST_F(CSnsCohData09FileOlder, Saving20130402GivesACurrentFile) {
 TEST_F(CSnsCohData09FileOlder, Saving20120714GivesACurrentFile) {
     CSnsCohDatazq data;
     EXPECT_EQ(load(data, golden::record20120714()), 1);
-    const Bytes expected = golden::opening(20160311)
+    const Bytes expected = golden::opening(golden::newestVersion)
                                .append(golden::gridBlock())
                                .append(golden::header13to25())
                                .append(defaults26to31())
@@ -166,7 +166,7 @@ TEST_F(CSnsCohData09FileOlder, Saving20120714GivesACurrentFile) {
 TEST_F(CSnsCohData09FileOlder, Saving20080720GivesACurrentFile) {
     CSnsCohDatazq data;
     EXPECT_EQ(load(data, golden::record20080720()), 1);
-    const Bytes expected = golden::opening(20160311)
+    const Bytes expected = golden::opening(golden::newestVersion)
                                .i32(0)
                                .i64(0)
                                .i64(0)
@@ -242,7 +242,7 @@ TEST_F(CSnsCohData09FileOlder, Version20120714EmptiesTheDatasetBeforeItsHeader) 
     EXPECT_EQ(data.m_headerInt0, 100);
     EXPECT_EQ(data.m_headerInt1, 101);
     EXPECT_EQ(data.m_headerInt2, 503);
-    golden::expectItems(data, other, 14, 38);
+    golden::expectItems(data, other, 14, golden::lastItem);
 }
 
 TEST_F(CSnsCohData09FileOlder, Version20120714HasReadItsHeaderWhenTheGridFails) {
@@ -259,13 +259,13 @@ TEST_F(CSnsCohData09FileOlder, Version20120714HasReadItsHeaderWhenTheGridFails) 
     EXPECT_EQ(app.messages(), Texts{"Unknown MMatrix1D file!"});
     golden::expectEmptied(data);
     golden::expectItems(data, model, 13, 25);
-    golden::expectItems(data, other, 26, 38);
+    golden::expectItems(data, other, 26, golden::lastItem);
 }
 
 TEST_F(CSnsCohData09FileOlder, FailedTableKeepsTheStoredSizesInEveryVersion) {
     const Bytes grid = golden::sizes(1000000000, 3).i32(1);
     const Bytes records[] = {
-        golden::opening(20160311).append(grid).append(golden::header()),
+        golden::opening(golden::newestVersion).append(grid).append(golden::header()),
         golden::opening(20130511).append(grid).append(golden::header()),
         golden::opening(20130402).append(grid).append(golden::header()),
         golden::opening(20120714).append(golden::header13to25()).append(grid),
@@ -295,7 +295,7 @@ TEST_F(CSnsCohData09FileOlder, FailedVectorStopsTheMiddleVersionsBeforeTheirHead
                                 .append(golden::header());
         EXPECT_EQ(load(data, bytes), 0);
         golden::expectEmptied(data);
-        golden::expectItems(data, other, 13, 38);
+        golden::expectItems(data, other, 13, golden::lastItem);
         EXPECT_EQ(app.messages(), Texts{"Unknown MMatrix1D file!"});
     }
 }
@@ -354,7 +354,7 @@ TEST_F(CSnsCohData09FileOlder, RowCountOf20080720MayExceedTheGridItMeets) {
         EXPECT_EQ(data.getValue(0, -1, -1), 0.0);
         // What is stored claims no grid, because the counters do not describe it.
         const std::string saved = stored(data);
-        const Bytes expected = golden::opening(20160311)
+        const Bytes expected = golden::opening(golden::newestVersion)
                                    .i32(512)
                                    .i64(3)
                                    .i64(21)
@@ -377,7 +377,7 @@ TEST_F(CSnsCohData09FileOlder, Version20080601ChangesNothing) {
     CWavChnlChnlDatazq* const* const grid = data.m_mCC;
     EXPECT_EQ(load(data, golden::record20080601()), 1);
     EXPECT_EQ(load(data, golden::record20080601().u8(1).u8(2)), 1);
-    golden::expectItems(data, other, 3, 38);
+    golden::expectItems(data, other, 3, golden::lastItem);
     EXPECT_EQ(data.m_mCC, grid);
     EXPECT_EQ(data.getValue(2, 4, 6), -1462);
     EXPECT_TRUE(app.messages().empty());

@@ -55,7 +55,7 @@ TEST_F(CSnsCohData09FileOpenSave, SavedFileIsExactlyOneRecord) {
     golden::fill(data);
     app.script().choose(target);
     EXPECT_EQ(data.saveCxcDataStd(), 1);
-    EXPECT_EQ(test::readFile(target), golden::record20160311().str());
+    EXPECT_EQ(test::readFile(target), golden::newestRecord().str());
     EXPECT_EQ(app.script().lastProposed(), "Rest");
     EXPECT_TRUE(app.messages().empty());
 }
@@ -68,7 +68,7 @@ TEST_F(CSnsCohData09FileOpenSave, SavedFileOpensAgain) {
     EXPECT_EQ(saved.saveCxcDataStd(), 1);
     app.script().choose(target);
     EXPECT_EQ(opened.openCxcDataStd(), 1);
-    golden::expectItems(opened, saved, 3, 38);
+    golden::expectItems(opened, saved, 3, golden::lastItem);
     golden::expectGrid(opened);
     golden::expectColorsOfOther(opened);
 }
@@ -79,7 +79,7 @@ TEST_F(CSnsCohData09FileOpenSave, ExistingFileIsReplacedWhole) {
     golden::fill(data);
     app.script().choose(target);
     EXPECT_EQ(data.saveCxcDataStd(), 1);
-    EXPECT_EQ(test::readFile(target), golden::record20160311().str());
+    EXPECT_EQ(test::readFile(target), golden::newestRecord().str());
 }
 
 TEST_F(CSnsCohData09FileOpenSave, EmptyNameIsProposedAsCxCData) {
@@ -148,7 +148,7 @@ TEST_F(CSnsCohData09FileOpenSave, CancelledOpenChangesNothing) {
     golden::fillOther(other);
     app.script().cancel();
     EXPECT_EQ(data.openCxcDataStd(), 0);
-    golden::expectItems(data, other, 3, 38);
+    golden::expectItems(data, other, 3, golden::lastItem);
     EXPECT_NE(data.m_mCC, nullptr);
 }
 
@@ -193,7 +193,7 @@ TEST_F(CSnsCohData09FileOpenSave, FileThatCannotBeCreatedGivesZeroWithoutAMessag
 
 TEST_F(CSnsCohData09FileOpenSave, FileThatCannotBeOpenedGivesZeroWithoutAMessage) {
 #ifdef _WIN32
-    test::writeFile(target, golden::record20160311().str());
+    test::writeFile(target, golden::newestRecord().str());
     const CFile locked(test::toCString(target), CFile::modeReadWrite | CFile::shareExclusive);
 #else
     std::filesystem::create_directory(target);
@@ -204,7 +204,7 @@ TEST_F(CSnsCohData09FileOpenSave, FileThatCannotBeOpenedGivesZeroWithoutAMessage
     app.script().choose(target);
     EXPECT_EQ(data.openCxcDataStd(), 0);
     EXPECT_TRUE(app.messages().empty());
-    golden::expectItems(data, other, 3, 38);
+    golden::expectItems(data, other, 3, golden::lastItem);
 }
 
 TEST_F(CSnsCohData09FileOpenSave, FileThatIsNotThereGivesZeroWithoutAMessage) {
@@ -214,7 +214,7 @@ TEST_F(CSnsCohData09FileOpenSave, FileThatIsNotThereGivesZeroWithoutAMessage) {
     app.script().choose(target);
     EXPECT_EQ(data.openCxcDataStd(), 0);
     EXPECT_TRUE(app.messages().empty());
-    golden::expectItems(data, other, 3, 38);
+    golden::expectItems(data, other, 3, golden::lastItem);
 }
 
 TEST_F(CSnsCohData09FileOpenSave, ForeignFileIsRefusedWithAMessageAndStillGivesOne) {
@@ -223,7 +223,7 @@ TEST_F(CSnsCohData09FileOpenSave, ForeignFileIsRefusedWithAMessageAndStillGivesO
     golden::fillOther(other);
     EXPECT_EQ(open(data, golden::Bytes().string("SOMETHING").str()), 1);
     EXPECT_EQ(app.messages(), Texts{"The opened file is not CCoherenceData09File or corrupted!"});
-    golden::expectItems(data, other, 3, 38);
+    golden::expectItems(data, other, 3, golden::lastItem);
     EXPECT_EQ(data.getValue(2, 4, 6), -1462);
 }
 
@@ -233,14 +233,16 @@ TEST_F(CSnsCohData09FileOpenSave, UnknownVersionIsRefusedWithAMessageAndStillGiv
     golden::fillOther(other);
     EXPECT_EQ(open(data, golden::opening(20160312).str()), 1);
     EXPECT_EQ(app.messages(), Texts{"Wrong CxC data format!"});
-    golden::expectItems(data, other, 3, 38);
+    golden::expectItems(data, other, 3, golden::lastItem);
 }
 
 TEST_F(CSnsCohData09FileOpenSave, FailedRecordStillGivesOne) {
     CSnsCohDatazq data;
     golden::fillOther(data);
-    const golden::Bytes bytes =
-        golden::opening(20160311).append(golden::sizes(2, -1)).i32(1).append(golden::header());
+    const golden::Bytes bytes = golden::opening(golden::newestVersion)
+                                    .append(golden::sizes(2, -1))
+                                    .i32(1)
+                                    .append(golden::header());
     EXPECT_EQ(open(data, bytes.str()), 1);
     golden::expectEmptied(data);
 }
@@ -249,7 +251,7 @@ TEST_F(CSnsCohData09FileOpenSave, EveryVersionOpens) {
     CSnsCohDatazq model;
     golden::fill(model);
     for (const golden::Bytes& record :
-         {golden::record20160311(), golden::record20130511(), golden::record20130402(),
+         {golden::newestRecord(), golden::record20130511(), golden::record20130402(),
           golden::record20120714(), golden::record20080720(), golden::record20080601()}) {
         CSnsCohDatazq data;
         EXPECT_EQ(open(data, record.str()), 1);
@@ -260,7 +262,7 @@ TEST_F(CSnsCohData09FileOpenSave, EveryVersionOpens) {
 // --- exceptions and the wait cursor ----------------------------------------------------------
 
 TEST_F(CSnsCohData09FileOpenSave, TruncatedFileRaisesTheExceptionAndEndsTheWaitCursor) {
-    const std::string whole = golden::record20160311().str();
+    const std::string whole = golden::newestRecord().str();
     for (const std::size_t length :
          {std::size_t{0}, std::size_t{10}, std::size_t{60}, whole.size() - 1}) {
         CSnsCohDatazq data;
@@ -283,7 +285,7 @@ TEST_F(CSnsCohData09FileOpenSave, TruncatedFileRaisesTheExceptionAndEndsTheWaitC
 
 TEST_F(CSnsCohData09FileOpenSave, WaitCursorCoversTheDialogAndEndsOnEveryWayOut) {
     CSnsCohDatazq data;
-    EXPECT_EQ(open(data, golden::record20160311().str()), 1);
+    EXPECT_EQ(open(data, golden::newestRecord().str()), 1);
     EXPECT_EQ(app.waitBegins(), 1);
     EXPECT_EQ(app.waitEnds(), 1);
     EXPECT_EQ(app.dialogsAtBegin, 0);

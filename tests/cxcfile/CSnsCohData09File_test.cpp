@@ -66,7 +66,7 @@ std::string listedBytes() {
 
 // A record with the given grid block and the golden header block.
 Bytes recordWithGrid(const Bytes& gridBlock) {
-    return golden::opening(20160311).append(gridBlock).append(golden::header());
+    return golden::opening(golden::newestVersion).append(gridBlock).append(golden::header());
 }
 
 // The claim of a grid without any vector behind it.
@@ -77,19 +77,19 @@ Bytes claim(long long rows, long long cols) {
 TEST_F(CSnsCohData09FileRecord, WritesTheBytesOfTheGoldenFile) {
     CSnsCohDatazq data;
     golden::fill(data);
-    expectBytes(stored(data), golden::record20160311().str());
+    expectBytes(stored(data), golden::newestRecord().str());
 }
 
 TEST_F(CSnsCohData09FileRecord, ListingAndBuilderDescribeTheSameFile) {
-    expectBytes(golden::record20160311().str(), listedBytes());
+    expectBytes(golden::newestRecord().str(), listedBytes());
 }
 
 TEST_F(CSnsCohData09FileRecord, ReadsEveryItemOfTheGoldenFile) {
     CSnsCohDatazq data, model;
     golden::fill(model);
     golden::fillOther(data);
-    EXPECT_EQ(load(data, golden::record20160311()), 1);
-    golden::expectItems(data, model, 3, 38);
+    EXPECT_EQ(load(data, golden::newestRecord()), 1);
+    golden::expectItems(data, model, 3, golden::lastItem);
     golden::expectGrid(data);
     golden::expectColorsOfOther(data);
     EXPECT_TRUE(app.messages().empty());
@@ -117,7 +117,7 @@ TEST_F(CSnsCohData09FileRecord, EveryBitOfADoubleSurvives) {
     const std::vector<double> special = {nan(1), -nan(12345), -0.0,
                                          std::numeric_limits<double>::infinity(),
                                          std::numeric_limits<double>::denorm_min()};
-    Bytes bytes = golden::opening(20160311)
+    Bytes bytes = golden::opening(golden::newestVersion)
                       .append(golden::sizes(1, 1, 5))
                       .i32(1)
                       .append(golden::vectorRecord(special))
@@ -138,14 +138,22 @@ TEST_F(CSnsCohData09FileRecord, EveryBitOfADoubleSurvives) {
 TEST_F(CSnsCohData09FileRecord, NewDatasetIsStoredWithoutAGrid) {
     CSnsCohDatazq data;
     const std::string bytes = stored(data);
-    const Bytes expected =
-        golden::opening(20160311).i32(0).i64(0).i64(0).i64(1).i64(0).i64(0).i64(0).i64(0).i32(0);
+    const Bytes expected = golden::opening(golden::newestVersion)
+                               .i32(0)
+                               .i64(0)
+                               .i64(0)
+                               .i64(1)
+                               .i64(0)
+                               .i64(0)
+                               .i64(0)
+                               .i64(0)
+                               .i32(0);
     expectBytes(bytes.substr(0, expected.size()), expected.str());
 
     CSnsCohDatazq read;
     golden::fillOther(read);
     EXPECT_EQ(test::ArchiveFile(bytes).load([&](CArchive& ar) { return read.serialize(ar); }), 1);
-    golden::expectItems(read, data, 3, 38);
+    golden::expectItems(read, data, 3, golden::lastItem);
     EXPECT_EQ(read.m_mCC, nullptr);
 }
 
@@ -211,21 +219,21 @@ TEST_F(CSnsCohData09FileRecord, RecordsFollowOneAnotherInOneArchive) {
     golden::fillOther(second);
     test::ArchiveFile file;
     file.store([&](CArchive& ar) { return first.serialize(ar) + second.serialize(ar); });
-    EXPECT_EQ(file.bytes(), golden::record20160311().str() + stored(second));
+    EXPECT_EQ(file.bytes(), golden::newestRecord().str() + stored(second));
 
     CSnsCohDatazq readFirst, readSecond;
     EXPECT_EQ(
         file.load([&](CArchive& ar) { return readFirst.serialize(ar) + readSecond.serialize(ar); }),
         2);
-    golden::expectItems(readFirst, first, 3, 38);
+    golden::expectItems(readFirst, first, 3, golden::lastItem);
     golden::expectGrid(readFirst);
-    golden::expectItems(readSecond, second, 3, 38);
+    golden::expectItems(readSecond, second, 3, golden::lastItem);
     EXPECT_EQ(readSecond.getValue(2, 4, 6), -1462);
 }
 
 TEST_F(CSnsCohData09FileRecord, BytesBehindTheRecordAreNotLookedAt) {
     CSnsCohDatazq data;
-    EXPECT_EQ(load(data, golden::record20160311().u8(0xFF).u8(0xFF)), 1);
+    EXPECT_EQ(load(data, golden::newestRecord().u8(0xFF).u8(0xFF)), 1);
     golden::expectGrid(data);
 }
 
@@ -236,7 +244,7 @@ TEST_F(CSnsCohData09FileRecord, StoringPutsTheBytesIntoTheFile) {
     file.store([&](CArchive& ar) {
         const int result = data.serialize(ar);
         // Nothing may be left in the archive's buffer.
-        EXPECT_EQ(ar.GetFile()->GetLength(), golden::record20160311().size());
+        EXPECT_EQ(ar.GetFile()->GetLength(), golden::newestRecord().size());
         return result;
     });
 }
@@ -255,7 +263,7 @@ TEST_F(CSnsCohData09FileRecord, MagicInOtherLettersIsRefused) {
                                 .append(golden::header());
         EXPECT_EQ(load(data, bytes), 0) << magic;
         EXPECT_EQ(app.messages(), Texts{corrupted});
-        golden::expectItems(data, model, 3, 38);
+        golden::expectItems(data, model, 3, golden::lastItem);
         EXPECT_EQ(data.getValue(0, 4, 6), -1460);
     }
 }
@@ -275,14 +283,14 @@ TEST_F(CSnsCohData09FileRecord, UnknownVersionIsRefused) {
         golden::fillOther(model);
         EXPECT_EQ(load(data, golden::opening(version).append(golden::gridBlock())), 0) << version;
         EXPECT_EQ(app.messages(), Texts{wrongVersion});
-        golden::expectItems(data, model, 3, 38);
+        golden::expectItems(data, model, 3, golden::lastItem);
         EXPECT_EQ(data.getValue(0, 4, 6), -1460);
     }
 }
 
 TEST_F(CSnsCohData09FileRecord, NarrowStringsAreRead) {
     const std::string wide = Bytes().string("Rest").str();
-    std::string bytes = golden::record20160311().str();
+    std::string bytes = golden::newestRecord().str();
     const std::size_t name = bytes.rfind(wide);
     ASSERT_NE(name, std::string::npos);
     bytes.replace(name, wide.size(), Bytes().narrowString("Rest").str());
@@ -291,7 +299,7 @@ TEST_F(CSnsCohData09FileRecord, NarrowStringsAreRead) {
     CSnsCohDatazq data, model;
     golden::fill(model);
     EXPECT_EQ(test::ArchiveFile(bytes).load([&](CArchive& ar) { return data.serialize(ar); }), 1);
-    golden::expectItems(data, model, 3, 38);
+    golden::expectItems(data, model, 3, golden::lastItem);
 }
 
 TEST_F(CSnsCohData09FileRecord, NamesOfEveryPrefixLengthAreKept) {
@@ -310,7 +318,7 @@ TEST_F(CSnsCohData09FileRecord, NamesOfEveryPrefixLengthAreKept) {
 }
 
 TEST_F(CSnsCohData09FileRecord, AnyNonZeroBoolByteIsTrue) {
-    std::string bytes = golden::record20160311().str();
+    std::string bytes = golden::newestRecord().str();
     const std::size_t flag = bytes.rfind(Bytes().string("Rest").str()) + 4 + 8;
     ASSERT_EQ(bytes[flag], 1);
     for (const int byte : {0, 1, 2, 128, 255}) {
@@ -340,7 +348,7 @@ TEST_F(CSnsCohData09FileRecord, EmptyFileRaisesTheEndOfFileException) {
     golden::fillOther(data);
     golden::fillOther(model);
     EXPECT_EQ(outcomeOfLoading(data, Bytes()), Outcome::endOfFile);
-    golden::expectItems(data, model, 3, 38);
+    golden::expectItems(data, model, 3, golden::lastItem);
     EXPECT_TRUE(app.messages().empty());
 }
 
@@ -362,7 +370,8 @@ TEST_F(CSnsCohData09FileRecord, StringLongerThanTheFileRaisesTheEndOfFileExcepti
 // Where the golden file may end with a result instead of an exception: inside the values of a
 // pair, and before the first byte of a backup.
 bool endsInABlock(std::size_t n) {
-    std::size_t begin = golden::opening(20160311).append(golden::sizes()).i32(1).size();
+    std::size_t begin =
+        golden::opening(golden::newestVersion).append(golden::sizes()).i32(1).size();
     for (int r = 0; r < golden::rows; ++r) {
         for (int c = 0; c < golden::cols; ++c) {
             const std::size_t values = begin + golden::vectorHead(2).i32(1).size();
@@ -375,9 +384,11 @@ bool endsInABlock(std::size_t n) {
 }
 
 TEST_F(CSnsCohData09FileRecord, FileThatEndsAnywhereIsHarmless) {
-    const Bytes whole = golden::record20160311();
-    const std::size_t gridBegin = golden::opening(20160311).append(golden::sizes()).i32(1).size();
-    const std::size_t gridEnd = golden::opening(20160311).append(golden::gridBlock()).size();
+    const Bytes whole = golden::newestRecord();
+    const std::size_t gridBegin =
+        golden::opening(golden::newestVersion).append(golden::sizes()).i32(1).size();
+    const std::size_t gridEnd =
+        golden::opening(golden::newestVersion).append(golden::gridBlock()).size();
     for (std::size_t n = 0; n < whole.size(); ++n) {
         app.clearMessages();
         CSnsCohDatazq data;
@@ -408,7 +419,7 @@ TEST_F(CSnsCohData09FileRecord, FileThatEndsAnywhereIsHarmless) {
 TEST_F(CSnsCohData09FileRecord, DatasetIsEmptiedBeforeTheFirstItemIsRead) {
     CSnsCohDatazq data;
     golden::fillOther(data);
-    EXPECT_EQ(outcomeOfLoading(data, golden::opening(20160311)), Outcome::endOfFile);
+    EXPECT_EQ(outcomeOfLoading(data, golden::opening(golden::newestVersion)), Outcome::endOfFile);
     golden::expectEmptied(data);
     EXPECT_EQ(data.m_headerInt0, 501);
 }
@@ -418,7 +429,7 @@ TEST_F(CSnsCohData09FileRecord, EndInsideTheHeaderKeepsWhatWasRead) {
     golden::fillOther(data);
     golden::fillOther(other);
     golden::fill(model);
-    const Bytes begin = golden::opening(20160311)
+    const Bytes begin = golden::opening(golden::newestVersion)
                             .append(golden::gridBlock())
                             .append(golden::header13to25())
                             .append(golden::header26to31())
@@ -429,7 +440,7 @@ TEST_F(CSnsCohData09FileRecord, EndInsideTheHeaderKeepsWhatWasRead) {
     EXPECT_EQ(outcomeOfLoading(data, begin), Outcome::endOfFile);
     golden::expectGrid(data);
     golden::expectItems(data, model, 3, 31);
-    golden::expectItems(data, other, 32, 38);
+    golden::expectItems(data, other, 32, golden::lastItem);
 }
 
 // --- grids that cannot be built --------------------------------------------------------------
@@ -446,7 +457,7 @@ void expectNoTable(const CSnsCohDatazq& data, long long rows, long long cols) {
     EXPECT_EQ(data.m_rowCrt, 1);
     EXPECT_EQ(data.m_columnCrt, 2);
     EXPECT_EQ(data.m_headerInt11, 111);
-    golden::expectItems(data, other, 13, 38);
+    golden::expectItems(data, other, 13, golden::lastItem);
 }
 
 void expectNoRow(const CSnsCohDatazq& data) {
@@ -454,7 +465,7 @@ void expectNoRow(const CSnsCohDatazq& data) {
     golden::fillOther(other);
     golden::expectEmptied(data);
     EXPECT_EQ(data.m_headerInt11, 111);
-    golden::expectItems(data, other, 13, 38);
+    golden::expectItems(data, other, 13, golden::lastItem);
 }
 
 TEST_F(CSnsCohData09FileRecord, BillionColumnsInATinyFileTakeNoMemory) {
@@ -515,7 +526,7 @@ TEST_F(CSnsCohData09FileRecord, MarkerWithoutRowsMeansNoGridAndTheHeaderFollows)
     EXPECT_EQ(load(data, claim(0, 3)), 1);
     EXPECT_EQ(data.m_mCC, nullptr);
     EXPECT_EQ(data.m_snsColTotal, 3);
-    golden::expectItems(data, model, 13, 38);
+    golden::expectItems(data, model, 13, golden::lastItem);
 }
 
 TEST_F(CSnsCohData09FileRecord, RowsWithoutColumnsAreReadAndReleased) {
@@ -525,7 +536,7 @@ TEST_F(CSnsCohData09FileRecord, RowsWithoutColumnsAreReadAndReleased) {
     EXPECT_EQ(load(data, claim(4, 0)), 1);
     EXPECT_EQ(data.m_snsRowTotal, 4);
     EXPECT_EQ(data.m_snsColTotal, 0);
-    golden::expectItems(data, model, 13, 38);
+    golden::expectItems(data, model, 13, golden::lastItem);
     expectBytes(stored(data), recordWithGrid(golden::sizes(4, 0).i32(0)).str());
 }
 
@@ -535,7 +546,7 @@ TEST_F(CSnsCohData09FileRecord, FailingMemoryLeavesTheStatedStates) {
     {
         CSnsCohDatazq data;
         MemoryWatch watch;
-        EXPECT_EQ(load(data, golden::record20160311()), 1);
+        EXPECT_EQ(load(data, golden::newestRecord()), 1);
         allocations = watch.count();
     }
     ASSERT_EQ(allocations, 1 + 2 + 6 + 1);
@@ -545,7 +556,7 @@ TEST_F(CSnsCohData09FileRecord, FailingMemoryLeavesTheStatedStates) {
         golden::fillOther(data);
         {
             MemoryWatch watch(failing);
-            EXPECT_EQ(load(data, golden::record20160311()), 0) << failing;
+            EXPECT_EQ(load(data, golden::newestRecord()), 0) << failing;
         }
         if (failing == 1)
             expectNoTable(data, 2, 3);

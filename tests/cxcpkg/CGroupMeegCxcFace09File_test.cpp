@@ -82,10 +82,10 @@ TEST_F(CGroupMeegCxcFace09FileTest, WritesTheEntriesInTheirOrderWithNulls) {
                                    .i32(2)
                                    .i32(3)
                                    .i32(1)
-                                   .append(golden::record20160311())
+                                   .append(golden::newestRecord())
                                    .i32(0)
                                    .i32(1)
-                                   .append(golden::record20160311())
+                                   .append(golden::newestRecord())
                                    .append(others())
                                    .str());
 }
@@ -257,7 +257,7 @@ TEST_F(CGroupMeegCxcFace09FileTest, EveryFailingAllocationIsAStatus) {
                             .i32(1)
                             .append(smallRecord(1.5))
                             .i32(1)
-                            .append(golden::record20160311())
+                            .append(golden::newestRecord())
                             .append(others());
     int total = 0;
     {
@@ -277,7 +277,7 @@ TEST_F(CGroupMeegCxcFace09FileTest, EveryFailingAllocationIsAStatus) {
 
 TEST_F(CGroupMeegCxcFace09FileTest, GridlessDatasetsDoNotMakeTheAverageHuge) {
     // A few hundred bytes that claim 30,000 x 30,000 pairs of a million slices.
-    const Bytes gridless = golden::opening(20160311)
+    const Bytes gridless = golden::opening(golden::newestVersion)
                                .append(golden::sizes(30000, 30000, 1000000))
                                .i32(0)
                                .append(golden::header());

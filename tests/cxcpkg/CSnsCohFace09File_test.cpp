@@ -44,7 +44,7 @@ Bytes twoDatasets() {
     return Bytes()
         .i32(2)
         .i32(1)
-        .append(golden::record20160311())
+        .append(golden::newestRecord())
         .i32(0)
         .i32(1)
         .append(smallRecord(4.5));
@@ -95,7 +95,7 @@ TEST_F(CSnsCohFace09FileTest, WritesActiveAloneAsOneRecord) {
     expectBytes(stored(package), opening()
                                      .i32(-1)
                                      .i32(1)
-                                     .append(golden::record20160311())
+                                     .append(golden::newestRecord())
                                      .i32(0)
                                      .i32(0)
                                      .append(others())
@@ -111,7 +111,7 @@ TEST_F(CSnsCohFace09FileTest, WritesTheClassesInTheirOrder) {
     package.setCohData(newGolden(), actCtl);
     package.m_cohControl->m_headerInt11 = 222;
     package.m_cohActCtl->m_headerInt11 = 333;
-    const std::string one = golden::record20160311().str();
+    const std::string one = golden::newestRecord().str();
     const auto record = [&](int headerInt11) {
         std::string bytes = one;
         const std::string number = Bytes().i32(headerInt11).str();
@@ -125,14 +125,11 @@ TEST_F(CSnsCohFace09FileTest, WritesTheClassesInTheirOrder) {
 
 TEST_F(CSnsCohFace09FileTest, ReadsActiveAlone) {
     OtherPackage package;
-    EXPECT_EQ(load(package, opening()
-                                .i32(-1)
-                                .i32(1)
-                                .append(golden::record20160311())
-                                .i32(0)
-                                .i32(0)
-                                .append(others())),
-              1);
+    EXPECT_EQ(
+        load(
+            package,
+            opening().i32(-1).i32(1).append(golden::newestRecord()).i32(0).i32(0).append(others())),
+        1);
     EXPECT_EQ(package.m_curntCohDataSetID, -1);
     ASSERT_NE(package.m_cohActive, nullptr);
     golden::expectGrid(*package.m_cohActive);
@@ -315,7 +312,7 @@ TEST(CSnsCohFace09File_Meddling, SlotsMayBeEmptiedWhileAMessageOfTheRecordStands
     const Bytes bytes = opening()
                             .i32(2)
                             .i32(1)
-                            .append(golden::opening(20160311))
+                            .append(golden::opening(golden::newestVersion))
                             .append(golden::sizes(1, 2, 1))
                             .i32(1)
                             .append(golden::vectorRecord({1.5}))
@@ -371,7 +368,7 @@ TEST_F(CSnsCohFace09FileTest, RefusedControlRecordIsPassedOver) {
 TEST_F(CSnsCohFace09FileTest, WhatFollowsARefusedControlRecordMayBeAnything) {
     // The refused record goes on: its version word and grid are read as flag and dataset.
     const Bytes start = opening().i32(2).i32(0).i32(1);
-    const std::string record = golden::record20160311().str();
+    const std::string record = golden::newestRecord().str();
     for (std::size_t skip = 0; skip < record.size(); skip += 7) {
         CSnsCohFacezq package;
         Bytes bytes = start;
@@ -411,7 +408,7 @@ TEST_F(CSnsCohFace09FileTest, FileEndingAnywhereLeavesAUsablePackage) {
 
 TEST_F(CSnsCohFace09FileTest, FileEndingInsideADatasetKeepsItInItsSlot) {
     OtherPackage package;
-    const Bytes bytes = opening().i32(2).i32(1).append(golden::record20160311());
+    const Bytes bytes = opening().i32(2).i32(1).append(golden::newestRecord());
     EXPECT_EQ(outcomeOfLoading(package, bytes.first(bytes.size() - 5)), Outcome::endOfFile);
     ASSERT_NE(package.m_cohActive, nullptr);
     golden::expectGrid(*package.m_cohActive);

@@ -133,7 +133,7 @@ inline void expectBytes(const std::string& actual, const std::string& expected) 
 
 /// The record of a dataset of one pair with one slice, named "Rest".
 inline Bytes smallRecord(double value) {
-    return golden::opening(20160311)
+    return golden::opening(golden::newestVersion)
         .append(golden::sizes(1, 1, 1))
         .i32(1)
         .append(golden::vectorRecord({value}))

@@ -38,7 +38,8 @@ inline std::vector<File> vectorFiles() {
 
 // One pair with one slice, named by `name`.
 inline Bytes smallDataset(double value, const Bytes& name) {
-    Bytes bytes = opening(20160311).append(sizes(1, 1, 1)).i32(1).append(vectorRecord({value}));
+    Bytes bytes =
+        opening(newestVersion).append(sizes(1, 1, 1)).i32(1).append(vectorRecord({value}));
     bytes.i32(1).i32(2).i32(3).i32(4).i32(1).i32(5).i32(6).i32(7).i32(8);
     bytes.f64(10).f64(0).f64(0.5).i64(1).i64(2).i64(3).i64(4).i64(5).f64(4).f64(8);
     return bytes.append(name)
@@ -58,7 +59,8 @@ inline std::vector<File> datasetFiles() {
         {"dataset 20120714", record20120714().str()},
         {"dataset 20080720", record20080720().str()},
         {"dataset 20080601", record20080601().str()},
-        {"dataset without a grid", opening(20160311).append(sizes()).i32(0).append(header()).str()},
+        {"dataset without a grid",
+         opening(newestVersion).append(sizes()).i32(0).append(header()).str()},
         {"dataset with an 8-bit name",
          smallDataset(0.5, Bytes().narrowString("Ruhe \x80\xE4")).str()},
     };

@@ -25,7 +25,7 @@ using test::Outcome;
 constexpr __int64 most = 0x7FFFFFFFFFFFFFFFLL;
 
 std::string datasetBytes() {
-    return golden::record20160311().str();
+    return golden::newestRecord().str();
 }
 
 // What operations work on: one of each, loaded from golden files.
