@@ -38,8 +38,7 @@ inline std::vector<File> vectorFiles() {
 
 // One pair with one slice, named by `name`.
 inline Bytes smallDataset(double value, const Bytes& name) {
-    Bytes bytes =
-        opening(newestVersion).append(sizes(1, 1, 1)).i32(1).append(vectorRecord({value}));
+    Bytes bytes = opening(20160311).append(sizes(1, 1, 1)).i32(1).append(vectorRecord({value}));
     bytes.i32(1).i32(2).i32(3).i32(4).i32(1).i32(5).i32(6).i32(7).i32(8);
     bytes.f64(10).f64(0).f64(0.5).i64(1).i64(2).i64(3).i64(4).i64(5).f64(4).f64(8);
     return bytes.append(name)
