@@ -137,7 +137,7 @@ def _parser() -> argparse.ArgumentParser:
     _add_analysis(study)
     study.set_defaults(run=_study)
 
-    info = commands.add_parser("info", help="what a .cxc file holds")
+    info = commands.add_parser("info", help="what a file holds: a dataset, a package or a group")
     info.add_argument("file")
     info.set_defaults(run=_info)
 
@@ -163,8 +163,8 @@ def _parser() -> argparse.ArgumentParser:
     convert = commands.add_parser(
         "convert", help="a dataset to or from netCDF, MATLAB, CSV, GraphML, NumPy: by the endings"
     )
-    convert.add_argument("source", help=".cxc, .nc, .mat, .npy or .npz")
-    convert.add_argument("target", help=".cxc, .nc, .mat, .csv, .graphml or .npz")
+    convert.add_argument("source", help=".cxc, .nc, .h5, .mat, .npy or .npz")
+    convert.add_argument("target", help=".cxc, .nc, .h5, .mat, .csv, .graphml or .npz")
     convert.add_argument("--force", action="store_true", help="replace an existing output")
     convert.set_defaults(run=_convert)
 
@@ -291,9 +291,23 @@ def _compute(options: argparse.Namespace) -> None:
 
 
 def _info(options: argparse.Namespace) -> None:
+    from .containers import Package
     from .dataset import Dataset
+    from .opening import open_file
 
-    dataset = Dataset.open(options.file)
+    held = open_file(options.file)
+    if not isinstance(held, Dataset):
+        print(f"{_printable(options.file)}: {_printable(repr(held)[1:-1])}")
+        places: list[tuple[str | int, Dataset | None]] = []
+        if isinstance(held, Package):
+            places.extend(held.items())
+        else:
+            places.extend(enumerate(held))
+        for place, dataset in places:
+            told = "empty" if dataset is None else f"{dataset.name}: {describe(dataset)}"
+            print(f"{place}: {_printable(told)}")
+        return
+    dataset = held
     low, high = dataset.band
     begin, end = dataset.latency
     print(f"{_printable(options.file)}: {describe(dataset)}")

@@ -11,6 +11,7 @@ import os
 from typing import TYPE_CHECKING, Any, Iterable, Iterator, TypeVar, overload
 
 from . import _core
+from .alike import describe_like, warn_of_differences
 from .dataset import Dataset, Progress, save_record
 from .forwarded import forwarded
 
@@ -152,6 +153,9 @@ class Package(_Container):
     def combine(self, operation: str, *, accumulate_control: bool = False) -> Dataset:
         """Combines every value of active with the one slice of control into act_ctl.
 
+        The result has the description of active; UserWarning where control differs from it in
+        sensors, band or channel type.
+
         Args:
             operation: "subtract", "add", "multiply" or "divide" (0 where control is 0).
             accumulate_control: whether a control of several slices may be replaced by its mean
@@ -163,7 +167,22 @@ class Package(_Container):
         """
         if operation not in OPERATIONS:
             raise ValueError(f"unknown operation {operation!r}; known are {', '.join(OPERATIONS)}")
-        return Dataset(self._core.combine(OPERATIONS[operation], accumulate_control))
+        active, control = self.active, self.control
+        slices = 0 if control is None else len(control)
+        made = Dataset(self._core.combine(OPERATIONS[operation], accumulate_control))
+        if active is not None and control is not None:
+            # Control is one slice by now, so that neither length nor latency has to agree.
+            warn_of_differences(
+                [("active", active), ("control", control)],
+                "pairs are taken by position",
+                apart_from=("slices (", "latency", "slices per second"),
+            )
+            what = f"Active {operation} Control"
+            if slices > 1:
+                what += f", Control being the mean of its {slices} slices"
+            describe_like(made, active, what)
+            made.channels_a, made.channels_b = active.channels_a, active.channels_b
+        return made
 
     def match_selections(
         self, active: tuple[int, int], control: tuple[int, int]
@@ -282,18 +301,34 @@ class Group(_Container):
 
         The result has the largest size of each dimension, and every dataset counts in the
         divisor: where a smaller one has no value it counts as zero. Pairs and slices are taken by
-        position. `progress` is in rows of the result; when the call is interrupted nothing is
+        position; UserWarning for each dataset that differs from the first, whose description the
+        result has. `progress` is in rows of the result; when the call is interrupted nothing is
         appended.
 
         Raises:
             CxcError: there is nothing to average, or not enough memory.
         """
-        return Dataset(self._core.average(progress))
+        held = self._told()
+        made = Dataset(self._core.average(progress))
+        describe_like(made, held[0][1], f"Mean of {len(held)} datasets, value by value")
+        return made
 
     def summary(self, *, progress: Progress | None = None) -> tuple[Dataset, Dataset, Dataset]:
         """Appends and returns minimum, mean and maximum of all datasets, as by `average`."""
+        held = self._told()
         minimum, mean, maximum = map(Dataset, self._core.summarise(progress))
+        for made, what in ((minimum, "Minimum"), (mean, "Mean"), (maximum, "Maximum")):
+            describe_like(made, held[0][1], f"{what} of {len(held)} datasets, value by value")
         return minimum, mean, maximum
+
+    def _told(self) -> list[tuple[str, Dataset]]:
+        """The datasets, after warnings of what is not alike in them."""
+        held = [(f"dataset {k}", dataset) for k, dataset in enumerate(self) if dataset is not None]
+        if held:
+            warn_of_differences(
+                held, "pairs and slices are taken by position, and what is missing counts as 0"
+            )
+        return held
 
     def select(self, **wanted: Any) -> Group:
         """A new group of parts of the datasets; the arguments are those of `Dataset.select`."""

@@ -120,8 +120,8 @@ def _package(task: Task):
     package = Package(active.dataset(), control.dataset())
     package.name = subject.name
     package.info = f"Active {active.recording.name}, Control {control.recording.name}"
-    package.combine(task.operation, accumulate_control=True)
-    _describe(package, task, control.plan.slices)
+    combined = package.combine(task.operation, accumulate_control=True)
+    combined.name = f"{subject.name} Act-Ctl"
     package.current = 2
     sides = {
         role: Side(
@@ -133,22 +133,6 @@ def _package(task: Task):
         for role, computed in made.items()
     }
     return package, Outcome(subject.name, labels=active.recording.labels, sides=sides)
-
-
-def _describe(package, task: Task, slices: int) -> None:
-    """Gives Act-Ctl the description of Active, on which it stands slice by slice."""
-    combined, active = package.act_ctl, package.active
-    combined.name = f"{task.subject.name} Act-Ctl"
-    combined.band, combined.latency = active.band, active.latency
-    combined.sampling_rate = active.sampling_rate
-    combined.channel_type = active.channel_type
-    combined.header.largest_slice_count = len(combined)
-    combined.selection = (0, len(combined) - 1)
-    combined.channels_a, combined.channels_b = active.channels_a, active.channels_b
-    combined.note = (
-        f"Active {task.operation} Control, Control being the mean of its {slices} slices\n"
-        f"{active.note}"
-    )
 
 
 def difference(labels: list[str], others: list[str]) -> str:

@@ -219,7 +219,7 @@ TEST_F(Tool, CombineRefusesMixedShapesAndWarnsOfOtherBands) {
     makeDataset("control.cxc", 3, 1);
     const Result refused = run({"combine", "@active.cxc", "@control.cxc", "-o", "@x.cxc"});
     EXPECT_EQ(refused.code, tool::failed);
-    EXPECT_TRUE(has(refused.err, "have the same size"));
+    EXPECT_TRUE(has(refused.err, "the numbers of sensors must be the same"));
     EXPECT_FALSE(exists("x.cxc"));
 
     CSnsCohDatazq other;
@@ -425,6 +425,47 @@ TEST_F(Tool, CompletionKnowsEveryCommandAndItsOptions) {
                     "unpack completion"));
     EXPECT_TRUE(has(bash, "--slices"));
     EXPECT_TRUE(has(run({"completion", "zsh"}).out, "bashcompinit"));
+}
+
+TEST_F(Tool, AMemberOfPackagesAndGroupsIsTakenLikeADataset) {
+    makeDataset("a.cxc", 2, 2);
+    makeDataset("b.cxc", 2, 2, 3.0);
+    ASSERT_EQ(run({"pack", "@a.cxc", "@b.cxc", "-o", "@g.cxcgrp"}).code, tool::done);
+    ASSERT_EQ(run({"pack", "--active", "@a.cxc", "--control", "@b.cxc", "-o", "@p.cxcpkg"}).code,
+              tool::done);
+    const Result unclear = run({"average", "@g.cxcgrp", "-o", "@m.cxc"});
+    EXPECT_EQ(unclear.code, tool::failed);
+    EXPECT_TRUE(has(unclear.err, "choose a dataset with --member: 0, 1\n")) << unclear.err;
+    ASSERT_EQ(run({"average", "@g.cxcgrp", "@a.cxc", "--member", "1", "-o", "@m.cxc"}).code,
+              tool::done);
+    EXPECT_EQ(cell(*open("m.cxc"), 1, 1, 0), cellValue(1, 1, 0) + 1.5);
+    ASSERT_EQ(
+        run({"select", "@p.cxcpkg", "--member", "control", "--slices", "1", "-o", "@s.cxc"}).code,
+        tool::done);
+    EXPECT_EQ(cell(*open("s.cxc"), 0, 1, 0), cellValue(1, 1, 0) + 3.0);
+}
+
+// Each is told before the files are read, which would be told, too.
+TEST_F(Tool, OutputsThatAreTakenAreToldBeforeTheWork) {
+    putBytes("a.cxc", "no dataset");
+    putBytes("m.cxc", "kept");
+    for (const std::string command : {"average", "select"}) {
+        const Result result = run({command, "@a.cxc", "-o", "@m.cxc"});
+        EXPECT_TRUE(has(result.err, "m.cxc: exists already")) << result.err;
+    }
+    const Result result = run({"combine", "@a.cxc", "@a.cxc", "-o", "@m.cxc"});
+    EXPECT_TRUE(has(result.err, "m.cxc: exists already")) << result.err;
+}
+
+// The last name is a folder, so that the third output cannot be written.
+TEST_F(Tool, OfSeveralOutputsAllAreReplacedOrNone) {
+    makeDataset("a.cxc", 2, 2);
+    putBytes("s_min.cxc", "kept");
+    putBytes("s_mean.cxc", "kept");
+    ASSERT_TRUE(std::filesystem::create_directory(path("s_max.cxc")));
+    EXPECT_EQ(run({"summary", "@a.cxc", "-o", "@s.cxc", "--force"}).code, tool::failed);
+    EXPECT_EQ(bytesOf("s_min.cxc"), "kept");
+    EXPECT_EQ(bytesOf("s_mean.cxc"), "kept");
 }
 
 }  // namespace

@@ -13,16 +13,17 @@ namespace {
 
 struct Options {
     std::vector<std::string> files;
+    std::string member;
     std::string out;
     bool force = false;
 };
 
 // The shape of the results: the largest of each size, as the files claim.
-Sizes largest(const std::vector<std::string>& files) {
+Sizes largest(const Options& options) {
     Sizes most = {0, 0, 0};
-    for (const std::string& path : files) {
+    for (const std::string& path : options.files) {
         checkInterrupted();
-        const Sizes sizes = claimedSizes(path);
+        const Sizes sizes = claimedSizes(path, options.member);
         if (sizes.slices < 1 || sizes.rows < 1 || sizes.columns < 1)
             throw Error(path + ": holds no values");
         requireBacked(path, sizes);
@@ -36,8 +37,8 @@ Sizes largest(const std::vector<std::string>& files) {
 // One result over all files, or three.
 class Results {
 public:
-    Results(const std::vector<std::string>& files, bool extremes) : m_extremes(extremes) {
-        const Sizes sizes = largest(files);
+    Results(const Options& options, bool extremes) : m_extremes(extremes) {
+        const Sizes sizes = largest(options);
         size(m_mean, sizes);
         if (!extremes) return;
         size(m_minimum, sizes);
@@ -147,7 +148,7 @@ void takeAll(const Options& options, Results& results, const Console& console) {
         Progress progress(console, options.files.size());
         for (const std::string& path : options.files) {
             progress.next(path);
-            const auto dataset = openDataset(path);
+            const auto dataset = openDataset(path, options.member);
             comparison.take(path, *dataset);
             if (note.empty()) note = "\nThe first: " + utf8(dataset->m_cxcCmptInfo);
             results.take(*dataset);
@@ -161,7 +162,8 @@ void takeAll(const Options& options, Results& results, const Console& console) {
 }
 
 void average(const Options& options, const Console& console) {
-    Results results(options.files, false);
+    requireFree(options.out, options.force);
+    Results results(options, false);
     takeAll(options, results, console);
     saveRecord(results.mean(), options.out, options.force);
     console.out << printable(options.out) << ": " << sizeOf(results.mean()) << '\n';
@@ -179,17 +181,19 @@ void summary(const Options& options, const Console& console) {
                                  outputOf(options.out, "max")};
     for (const std::string& path : paths)
         requireFree(path, options.force);
-    Results results(options.files, true);
+    Results results(options, true);
     takeAll(options, results, console);
-    saveRecord(results.minimum(), paths[0], options.force);
-    saveRecord(results.mean(), paths[1], options.force);
-    saveRecord(results.maximum(), paths[2], options.force);
+    saveAll({{&results.minimum(), paths[0]},
+             {&results.mean(), paths[1]},
+             {&results.maximum(), paths[2]}},
+            options.force);
     for (const std::string& path : paths)
         console.out << printable(path) << ": " << sizeOf(results.mean()) << '\n';
 }
 
 void addCommon(CLI::App* command, Options& options, const char* output) {
     command->add_option("FILE", options.files, "Datasets, taken in this order")->required();
+    addMember(command, options.member);
     command->add_option("-o,--output", options.out, output)->required();
     command->add_flag("--force", options.force, "Replace existing outputs");
 }

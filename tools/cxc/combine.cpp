@@ -22,14 +22,25 @@ void warnOfDifferences(const Options& options, const CSnsCohFacezq& package,
                        const Console& console) {
     std::vector<std::string> found =
         differences(Traits(*package.m_cohControl), Traits(*package.m_cohActive));
-    // Control becomes one slice, so that neither its length nor its latency has to agree.
+    // Control becomes one slice, so that its length does not have to agree; that is told apart.
     const auto gone = std::remove_if(found.begin(), found.end(), [](const std::string& text) {
-        return text.rfind("length", 0) == 0 || text.rfind("latency", 0) == 0;
+        return text.rfind("length", 0) == 0;
     });
     found.erase(gone, found.end());
     for (const std::string& text : found)
         console.warn(options.control + " differs from " + options.active + " in " + text +
                      "; pairs are taken by position, the result carries the description of Active");
+}
+
+// The library says the same, but after all that is told before.
+void requireSameSize(const Options& options, const CSnsCohFacezq& package) {
+    const CSnsCohDatazq& active = *package.m_cohActive;
+    const CSnsCohDatazq& control = *package.m_cohControl;
+    if (active.m_snsRowTotal == control.m_snsRowTotal &&
+        active.m_snsColTotal == control.m_snsColTotal)
+        return;
+    throw Error(options.control + ": has " + sizeOf(control) + ", " + options.active + " has " +
+                sizeOf(active) + "; the numbers of sensors must be the same");
 }
 
 void describe(CSnsCohFacezq& package, const Options& options, __int64 controlSlices) {
@@ -47,10 +58,12 @@ void describe(CSnsCohFacezq& package, const Options& options, __int64 controlSli
 }
 
 void combine(const Options& options, const Console& console) {
+    requireFree(options.out, options.force);
     CSnsCohFacezq package;
     package.setCohData(openBacked(options.active).release(), 0);
     checkInterrupted();
     package.setCohData(openBacked(options.control).release(), 1);
+    requireSameSize(options, package);
     warnOfDifferences(options, package, console);
     const __int64 slices = package.m_cohControl->m_cohTimTotal;
     if (slices > 1)

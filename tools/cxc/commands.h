@@ -28,6 +28,9 @@ void addPack(CLI::App& app, const Console& console);
 void addUnpack(CLI::App& app, const Console& console);
 void addCompletion(CLI::App& app, const Console& console);
 
+/// Gives a command the option that says which dataset of a package or group is meant.
+void addMember(CLI::App* command, std::string& member);
+
 /// Runs the command line `arguments` (without the program's name) and returns the exit code.
 /// `bars`: a person watches err.
 int run(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err, bool bars);

@@ -77,19 +77,6 @@ void writeTextOf(CFile& file, CSnsCohDatazq& dataset, const std::string& from) {
         throw Error(from + ": its sizes do not allow a text, or there is not enough memory");
 }
 
-// The dataset that is meant: the only one, or the one that was named.
-CSnsCohDatazq& chosen(const Record& record, const std::string& member) {
-    const std::vector<Member> members = record.members();
-    if (members.empty()) throw Error(record.path() + ": holds no dataset");
-    if (member.empty() && members.size() == 1) return *members.front().dataset;
-    std::string labels;
-    for (const Member& each : members) {
-        if (each.label == member) return *each.dataset;
-        labels += (labels.empty() ? "" : ", ") + each.label;
-    }
-    throw Error(record.path() + ": holds several datasets; choose one with --member: " + labels);
-}
-
 struct Options {
     std::string in;
     std::string out;
@@ -112,25 +99,24 @@ void exportText(Options options) {
     if (options.format == "text" && endingOf(options.out) == ".text")
         options.out = stemOf(options.in) + ".txt";
     const Record record(options.in);
-    writeAs(options.format, chosen(record, options.member), options);
+    writeAs(options.format, record.chosen(options.member), options);
 }
 
 void convert(const Options& options) {
     const std::string ending = endingOf(options.out);
     if (ending == ".txt" || ending == ".csv") {
         const Record record(options.in);
-        return writeAs(ending == ".csv" ? "csv" : "text", chosen(record, options.member), options);
+        return writeAs(ending == ".csv" ? "csv" : "text", record.chosen(options.member), options);
     }
     if (ending != ".cxc")
         throw Error(options.out +
                     ": writes .cxc, .csv and .txt; python -m cxc convert writes others");
     const Record record(options.in);
-    saveRecord(chosen(record, options.member), options.out, options.force);
+    saveRecord(record.chosen(options.member), options.out, options.force);
 }
 
 void addCommon(CLI::App* command, Options& options) {
-    command->add_option("--member", options.member,
-                        "Of a package: active, control, act-ctl; of a group: 0, 1, ...");
+    addMember(command, options.member);
     command->add_flag("--force", options.force, "Replace an existing output");
 }
 

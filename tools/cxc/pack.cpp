@@ -83,17 +83,15 @@ void unpack(const Options& options, const Console& console) {
     if (record.dataset() != nullptr) throw Error(options.in + ": is a dataset already");
     const std::vector<Member> members = record.members();
     if (members.empty()) throw Error(options.in + ": holds no dataset");
-    std::vector<std::string> paths;
+    std::vector<Output> outputs;
     for (const Member& member : members) {
-        paths.push_back(
-            inFolder(options.out, stemOf(options.in) + "_" + padded(member.label) + ".cxc"));
-        requireFree(paths.back(), options.force);
+        const std::string name = stemOf(options.in) + "_" + padded(member.label) + ".cxc";
+        outputs.push_back({member.dataset, inFolder(options.out, name)});
+        requireFree(outputs.back().path, options.force);
     }
-    for (std::size_t i = 0; i < members.size(); ++i) {
-        checkInterrupted();
-        saveRecord(*members[i].dataset, paths[i], options.force);
-        console.out << printable(paths[i]) << ": " << sizeOf(*members[i].dataset) << '\n';
-    }
+    saveAll(outputs, options.force);
+    for (const Output& output : outputs)
+        console.out << printable(output.path) << ": " << sizeOf(*output.dataset) << '\n';
 }
 
 }  // namespace

@@ -148,15 +148,13 @@ Heading headingOf(const std::string& path) {
     return headingIn(readHead(path), path, end);
 }
 
-Sizes claimedSizes(const std::string& path) {
+Sizes claimedSizes(const std::string& path, const std::string& member) {
     std::size_t end = 0;
     const Head head = readHead(path);
     const Heading heading = headingIn(head, path, end);
-    if (heading.kind != Kind::dataset)
-        throw Error(path + ": is a " + nameOf(heading.kind) + ", not a dataset");
-    // Older layouts begin otherwise; they are read for their sizes.
-    if (heading.version < 20130402 || end + 60 > head.count) {
-        const auto dataset = openDataset(path);
+    // Others than the newer layouts of a dataset begin otherwise; they are read for their sizes.
+    if (heading.kind != Kind::dataset || heading.version < 20130402 || end + 60 > head.count) {
+        const auto dataset = openDataset(path, member);
         return {dataset->m_cohTimTotal, dataset->m_snsRowTotal, dataset->m_snsColTotal};
     }
     return {numberAt<__int64>(head, end + 4), numberAt<__int64>(head, end + 44),
@@ -209,11 +207,27 @@ std::vector<Member> Record::members() const {
     return members;
 }
 
-std::unique_ptr<CSnsCohDatazq> openDataset(const std::string& path) {
+CSnsCohDatazq& Record::chosen(const std::string& member) const {
+    const std::vector<Member> there = members();
+    if (there.empty()) throw Error(m_path + ": holds no dataset");
+    if (m_dataset != nullptr || (member.empty() && there.size() == 1))
+        return *there.front().dataset;
+    std::string labels;
+    for (const Member& each : there) {
+        if (each.label == member) return *each.dataset;
+        labels += (labels.empty() ? "" : ", ") + each.label;
+    }
+    throw Error(m_path + ": is a " + nameOf(m_heading.kind) +
+                "; choose a dataset with --member: " + labels);
+}
+
+std::unique_ptr<CSnsCohDatazq> openDataset(const std::string& path, const std::string& member) {
     Record record(path);
-    if (record.dataset() == nullptr)
-        throw Error(path + ": is a " + nameOf(record.heading().kind) + ", not a dataset");
-    return record.takeDataset();
+    if (record.dataset() != nullptr) return record.takeDataset();
+    CSnsCohDatazq& meant = record.chosen(member);
+    auto dataset = std::make_unique<CSnsCohDatazq>(meant);
+    meant.m_mCC = nullptr;  // the grid is handed over
+    return dataset;
 }
 
 void requireBacked(const std::string& path, const Sizes& sizes) {
@@ -224,8 +238,8 @@ void requireBacked(const std::string& path, const Sizes& sizes) {
         throw Error(path + ": says that it holds more values than there are");
 }
 
-std::unique_ptr<CSnsCohDatazq> openBacked(const std::string& path) {
-    auto dataset = openDataset(path);
+std::unique_ptr<CSnsCohDatazq> openBacked(const std::string& path, const std::string& member) {
+    auto dataset = openDataset(path, member);
     requireBacked(path, {dataset->m_cohTimTotal, dataset->m_snsRowTotal, dataset->m_snsColTotal});
     return dataset;
 }
@@ -242,32 +256,55 @@ void requireFree(const std::string& path, bool force) {
     });
 }
 
-void writeWhole(const std::string& path, bool force, const std::function<void(CFile&)>& write) {
-    requireFree(path, force);
-    about(path, [&] {
-        const fs::path named = systemPath(path);
-        const bool exists = fs::exists(named);
-        const fs::path target = exists ? fs::canonical(named) : named;
-        const fs::path draft = draftBeside(target);
-        try {
-            CFile file(utf16(toText(draft)), CFile::modeCreate | CFile::modeWrite);
-            if (exists) fs::permissions(draft, fs::status(target).permissions());
-            write(file);
-            file.Flush();
-            file.Close();
-            checkInterrupted();
-            fs::rename(draft, target);
-        } catch (...) {
-            std::error_code ignored;
-            fs::remove(draft, ignored);
-            throw;
-        }
-    });
-}
+namespace {
+
+// A file under a temporary name beside its own, which it gets at the end or never.
+class Draft {
+public:
+    Draft(const std::string& path, bool force, const std::function<void(CFile&)>& write)
+        : m_path(path) {
+        requireFree(path, force);
+        about(path, [&] {
+            const fs::path named = systemPath(path);
+            const bool exists = fs::exists(named);
+            m_target = exists ? fs::canonical(named) : named;
+            m_draft = draftBeside(m_target);
+            try {
+                CFile file(utf16(toText(m_draft)), CFile::modeCreate | CFile::modeWrite);
+                if (exists) fs::permissions(m_draft, fs::status(m_target).permissions());
+                write(file);
+                file.Flush();
+                file.Close();
+                checkInterrupted();
+            } catch (...) {
+                remove();
+                throw;
+            }
+        });
+    }
+    ~Draft() { remove(); }
+    Draft(const Draft&) = delete;
+    Draft& operator=(const Draft&) = delete;
+
+    void take() {
+        about(m_path, [&] { fs::rename(m_draft, m_target); });
+        m_draft.clear();
+    }
+
+private:
+    void remove() {
+        std::error_code ignored;
+        if (!m_draft.empty()) fs::remove(m_draft, ignored);
+    }
+
+    std::string m_path;
+    fs::path m_target;
+    fs::path m_draft;
+};
 
 template <class Object>
-void saveRecord(Object& object, const std::string& path, bool force) {
-    writeWhole(path, force, [&](CFile& file) {
+std::function<void(CFile&)> recordOf(Object& object, const std::string& path) {
+    return [&object, path](CFile& file) {
         CArchive archive(&file, CArchive::store);
         try {
             if (object.serialize(archive) == 0)
@@ -277,7 +314,28 @@ void saveRecord(Object& object, const std::string& path, bool force) {
             archive.Abort();
             throw;
         }
-    });
+    };
+}
+
+}  // namespace
+
+void writeWhole(const std::string& path, bool force, const std::function<void(CFile&)>& write) {
+    Draft(path, force, write).take();
+}
+
+template <class Object>
+void saveRecord(Object& object, const std::string& path, bool force) {
+    writeWhole(path, force, recordOf(object, path));
+}
+
+void saveAll(const std::vector<Output>& outputs, bool force) {
+    std::vector<std::unique_ptr<Draft>> drafts;
+    for (const Output& output : outputs) {
+        drafts.push_back(
+            std::make_unique<Draft>(output.path, force, recordOf(*output.dataset, output.path)));
+    }
+    for (const auto& draft : drafts)
+        draft->take();
 }
 
 template void saveRecord(CSnsCohDatazq& object, const std::string& path, bool force);

@@ -58,6 +58,8 @@ public:
 
     /// The datasets there are, in the order of the file.
     std::vector<Member> members() const;
+    /// The dataset that is meant: the only one, or the one of this label; Error else.
+    CSnsCohDatazq& chosen(const std::string& member) const;
     /// Hands the dataset of a dataset file over.
     std::unique_ptr<CSnsCohDatazq> takeDataset() { return std::move(m_dataset); }
 
@@ -70,19 +72,19 @@ private:
     std::unique_ptr<CGroupMeegCxcFacezq, GroupReleaser> m_group;
 };
 
-/// The dataset of a dataset file; Error for another kind.
-std::unique_ptr<CSnsCohDatazq> openDataset(const std::string& path);
+/// The dataset of a dataset file, or that of a package or group which is meant by `member`.
+std::unique_ptr<CSnsCohDatazq> openDataset(const std::string& path, const std::string& member = "");
 
-/// The sizes that stand in a dataset file of this or the previous layouts; Error for another kind.
+/// The sizes that a file tells of the dataset that openDataset would give.
 /// A file may claim anything: only what has been read is true.
-Sizes claimedSizes(const std::string& path);
+Sizes claimedSizes(const std::string& path, const std::string& member = "");
 
 /// Results are as large as a file says it is, which may be anything: Error where that is more than
 /// a little memory and the file is not long enough for it.
 void requireBacked(const std::string& path, const Sizes& sizes);
 
 /// As openDataset, for a dataset from which something of its size is made.
-std::unique_ptr<CSnsCohDatazq> openBacked(const std::string& path);
+std::unique_ptr<CSnsCohDatazq> openBacked(const std::string& path, const std::string& member = "");
 
 /// Length of a file; Error where there is none.
 unsigned long long bytesIn(const std::string& path);
@@ -98,6 +100,15 @@ void requireFree(const std::string& path, bool force);
 /// Stores a dataset, package or group.
 template <class Object>
 void saveRecord(Object& object, const std::string& path, bool force);
+
+/// A dataset and the file that it becomes.
+struct Output {
+    CSnsCohDatazq* dataset;
+    std::string path;
+};
+
+/// Stores them so that none is replaced before all of them are written.
+void saveAll(const std::vector<Output>& outputs, bool force);
 
 /// `path` without its folder and its ending.
 std::string stemOf(const std::string& path);

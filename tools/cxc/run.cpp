@@ -29,6 +29,11 @@ int complain(std::ostream& err, const std::string& text, int code) {
 
 }  // namespace
 
+void addMember(CLI::App* command, std::string& member) {
+    command->add_option("--member", member,
+                        "Of a package: active, control, act-ctl; of a group: 0, 1, ...");
+}
+
 int run(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err,
         bool bars) {
     App application;

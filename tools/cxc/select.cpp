@@ -14,6 +14,7 @@ namespace {
 
 struct Options {
     std::string in;
+    std::string member;
     std::string out;
     std::string slices;
     std::string sensors;
@@ -95,7 +96,8 @@ void describe(CSnsCohDatazq& made, CSnsCohDatazq& source, const Span& slices,
 }
 
 void select(const Options& options, const Console& console) {
-    const auto source = openBacked(options.in);
+    requireFree(options.out, options.force);
+    const auto source = openBacked(options.in, options.member);
     const Shape shape = shapeOf(*source);
     if (shape.slices < 1 || shape.rows < 1 || shape.columns < 1)
         throw Error(options.in + ": holds no values");
@@ -124,6 +126,7 @@ void addSelect(CLI::App& app, const Console& console) {
     CLI::App* const command =
         app.add_subcommand("select", "Some slices and pairs of a dataset, as a dataset");
     command->add_option("FILE", options->in, "Dataset")->required();
+    addMember(command, options->member);
     command->add_option("-o,--output", options->out, "The result")->required();
     command->add_option("--slices", options->slices, "FIRST-LAST, both included, from 0");
     command->add_option("--sensors", options->sensors,
