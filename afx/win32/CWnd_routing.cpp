@@ -5,7 +5,7 @@
 #include "afx_exception.h"
 #include "afxmsg_.h"
 
-#include "afx/win32/current_message.h"
+#include "afx/core/window_link.h"
 
 namespace {
 
