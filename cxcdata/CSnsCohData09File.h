@@ -8,6 +8,9 @@
 
 /// Adds to the display layer: the dataset record in both directions, the ".cxc" file, the text
 /// export.
+///
+/// The operations that ask for a file let the program work on while the dialog is open; the dataset
+/// has to outlive it.
 class CXC_API CSnsCohData09File : public CSnsCohData08Show {
 public:
     /// Stores the dataset record in its newest layout, or loads one of any known version; the
@@ -20,9 +23,6 @@ public:
     /// not be built. A stored record is flushed.
     /// Throws the framework's archive and file exceptions, as where the data end early.
     int serialize(CArchive& ar);
-
-    // The three operations below let the program work on while their file dialog is open. They
-    // require that the dataset outlives it.
 
     /// Asks for a file name, proposing the name of the dataset, and writes the dataset to it. An
     /// empty name of the dataset becomes "CxC Data" and stays so, also when the user cancels. A
