@@ -59,12 +59,12 @@ public:
         if (chosen < 2 * count) return values[chosen % count];
         return (static_cast<double>(chosen) - 140.0) * 0.37 + static_cast<double>(byte()) * 1e-3;
     }
-    // Around the ends of a range of `count`, and beyond beyond.
+    // Around the ends of a range of `count`, and far beyond.
     Int index(Int count) {
         const int chosen = static_cast<int>(byte());
         if (chosen < 200) return chosen % (count + 5) - 3;
         constexpr Int beyond[] = {std::numeric_limits<Int>::min(), -1000000, 1000000,
-                               std::numeric_limits<Int>::max()};
+                                  std::numeric_limits<Int>::max()};
         return beyond[chosen % 4];
     }
     int smallIndex(int count) {
