@@ -6,6 +6,7 @@
 #include "siblings/matrix/CMMatrix2Dzq.h"
 #include "tests/trust/PlainDataset.h"
 #include "tests/trust/QuietApp.h"
+#include "tests/trust/every_operation.h"
 
 #include <cmath>
 #include <cstring>
@@ -940,12 +941,8 @@ void Player::packageSizes() {
     const Int control = m_in.below(4) - 1;
     const Int mixed = m_in.below(4) - 1;
     const bool flag = m_in.flag();
-    // The library loses the former Active here, deliberately; a test must not leak.
-    Real* const former = m_package.m_cohActive;
-    equal("checkInitSnsCohPkg",
-          Int(m_package.checkInitSnsCohPkg(sensors, active, control, mixed, flag)),
+    equal("checkInitSnsCohPkg", Int(sizePackage(m_package, sensors, active, control, mixed, flag)),
           Int(m_plainPackage.sizeAll(sensors, active, control, mixed, flag)));
-    if (former != nullptr && m_package.m_cohActive != former) delete former;
 }
 
 void Player::packageOne() {

@@ -43,6 +43,11 @@ void useEverything(CSnsCohFacezq& package, Digest& digest);
 /// Releases the datasets at the end.
 void useEverything(CGroupMeegCxcFacezq& group, Digest& digest);
 
+/// checkInitSnsCohPkg. The library loses the former Active where a Control is asked for that is not
+/// there, deliberately; a test must not.
+int sizePackage(CSnsCohFacezq& package, int sensors, __int64 active, __int64 control, __int64 mixed,
+                bool zero);
+
 /// Those operations that change nothing but what was last determined.
 void look(CSnsCohDatazq& dataset, Digest& digest);
 

@@ -167,17 +167,17 @@ std::vector<Operation> packageOperations() {
              delete[] matrices;
              return matrices == nullptr ? 0 : 1;
          }},
-        {"package: sizes", [](World& w) { return w.package.checkInitSnsCohPkg(3, 2, 2, 2, true); }},
+        {"package: sizes", [](World& w) { return test::sizePackage(w.package, 3, 2, 2, 2, true); }},
         {"package: sizes without control",
          [](World& w) {
              w.package.deleteCohDataset(1);
-             w.package.checkInitSnsCohPkg(3, 2, 2, 2, true);
+             test::sizePackage(w.package, 3, 2, 2, 2, true);
              return 1;
          }},
         {"package: sizes of a new one",
          [](World& w) {
              w.package.cleanSnsCohPkg();
-             return w.package.checkInitSnsCohPkg(3, 2, 0, 2, true);
+             return test::sizePackage(w.package, 3, 2, 0, 2, true);
          }},
         {"package: one class",
          [](World& w) {

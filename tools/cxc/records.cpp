@@ -330,6 +330,7 @@ void saveRecord(Object& object, const std::string& path, bool force) {
 
 void saveAll(const std::vector<Output>& outputs, bool force) {
     std::vector<std::unique_ptr<Draft>> drafts;
+    drafts.reserve(outputs.size());
     for (const Output& output : outputs) {
         drafts.push_back(
             std::make_unique<Draft>(output.path, force, recordOf(*output.dataset, output.path)));
