@@ -7,14 +7,6 @@
 #include <cstdlib>
 #include <new>
 
-#if defined(__has_feature)
-#if __has_feature(address_sanitizer)
-#define CXC_TEST_SANITIZED
-#endif
-#endif
-#if defined(__SANITIZE_ADDRESS__)
-#define CXC_TEST_SANITIZED
-#endif
 #if !defined(_WIN32)
 #include <malloc.h>
 #endif

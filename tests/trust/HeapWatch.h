@@ -7,6 +7,15 @@
 
 #include <cstddef>
 
+#if defined(__has_feature)
+#if __has_feature(address_sanitizer)
+#define CXC_TEST_SANITIZED
+#endif
+#endif
+#if defined(__SANITIZE_ADDRESS__)
+#define CXC_TEST_SANITIZED
+#endif
+
 namespace test {
 
 /// While it lives, allocations of this thread are counted, and fail where it says so. Only one at
