@@ -355,9 +355,9 @@ namespace {
 // Whether matrices of the size that the counters tell are worth making: a file or a host can have
 // set them to anything, so that beyond a little memory the grid has to be that large.
 bool matricesAreBacked(const CSnsCohData& data, __int64 count) {
-    constexpr double unbacked = 64.0 * 1024.0 * 1024.0;
     const auto sensors = static_cast<double>(data.m_snsRowTotal);
-    if (static_cast<double>(count) * (sensors * sensors + 8.0) * sizeof(double) <= unbacked)
+    if (static_cast<double>(count) * (sensors * sensors + 8.0) * sizeof(double) <=
+        static_cast<double>(cxc::largestUnbackedClaim))
         return true;
     return data.m_snsRowTotal <= cxc::grid::rows(data.m_mCC) &&
            cxc::grid::reaches(data.m_mCC, data.m_cohTimTotal) &&

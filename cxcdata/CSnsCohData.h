@@ -86,7 +86,9 @@ public:
     /// owned by the caller (array delete), count is set; also when the call fails later.
     /// mats given: an array of `count` matrices of the caller, which is accepted only when count
     /// is strictly greater than the number of slices; matrices beyond the slices are sized only.
-    /// Returns 1, or 0 (no grid, no memory, array not accepted).
+    /// Matrices of more than 64 MiB together are made only where the grid has that many rows and
+    /// slices, as counters from a file or a host may claim anything.
+    /// Returns 1, or 0 (no grid, no memory, array not accepted, counters beyond the grid).
     int getData2MCohTimSnsSns(CMMatrix2Dzq*& mats, __int64& count);
 
     /// Makes this an n x n dataset of `count` slices, n the rows of the first matrix, and copies

@@ -21,6 +21,10 @@ CXC_API void setAllocationHook(AllocationHook hook);
 /// True when the hook wants an allocation of `bytes` to fail.
 CXC_API bool allocationRefused(std::size_t bytes);
 
+/// The rule for sizes that a file or a host only claims: memory above this many bytes is taken only
+/// when there is as much data behind the claim. Smaller claims just fail where the data end.
+constexpr __int64 largestUnbackedClaim = 1 << 26;
+
 /// Physical memory of the machine in bytes; "no limit known" is the largest double.
 double physicalMemory();
 

@@ -1,10 +1,9 @@
 #include "cxcdata/CSnsCohData09File.h"
 
 #include "cxcfile/file_commands.h"
+#include "cxcfile/pass_record.h"
 
 namespace {
-
-constexpr int archiveBuffer = 4096;  // bytes
 
 // The file dialog of a dataset file, with the filter and without a default extension.
 class CxcFileDialog {
@@ -23,20 +22,6 @@ private:
     CFileDialog m_dialog;
 };
 
-// Passes the one record of a file through an archive. What the record returns is deliberately not
-// looked at: it has told the user itself. An exception leaves the archive behind unflushed,
-// because a second failure while the first one unwinds would end the process.
-void passRecord(CFile& file, UINT mode, CSnsCohData09File& data) {
-    CArchive ar(&file, mode, archiveBuffer);
-    try {
-        data.serialize(ar);
-        ar.Close();
-    } catch (...) {
-        ar.Abort();
-        throw;
-    }
-}
-
 }  // namespace
 
 int cxc::saveDataset(CSnsCohData09File& data, const StillThere& stillThere) {
@@ -51,7 +36,8 @@ int cxc::saveDataset(CSnsCohData09File& data, const StillThere& stillThere) {
 
     CFile file;
     if (!file.Open(path, CFile::modeCreate | CFile::modeWrite)) return 0;
-    passRecord(file, CArchive::store, data);
+    // Deliberate: what the record returns is not looked at; it has told the user itself.
+    cxc::passRecord(file, CArchive::store, data);
     file.Flush();
     file.Close();
     return 1;
@@ -68,7 +54,8 @@ int CSnsCohData09File::openCxcDataStd() {
     if (!dialog.confirmed()) return 0;
     CFile file;
     if (!file.Open(dialog.path(), CFile::modeRead)) return 0;
-    passRecord(file, CArchive::load, *this);
+    // Deliberate, as above: its status is not looked at.
+    cxc::passRecord(file, CArchive::load, *this);
     file.Close();
     return 1;
 }

@@ -1,6 +1,5 @@
 #include "cxcdata/CWavChnlChnlData09File.h"
 
-#include "cxcdata/allocation.h"
 #include "cxcdata/prefetch.h"
 #include "cxcfile/record_io.h"
 

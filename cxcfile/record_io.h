@@ -3,6 +3,7 @@
 // same pass over the list stores or loads them.
 #pragma once
 
+#include "cxcdata/allocation.h"
 #include "framework.h"
 
 #include <cstddef>
@@ -78,11 +79,6 @@ void storeMagic(CArchive& ar, const TCHAR (&magic)[Size]) {
 /// Bytes between the place of a loading archive and the end of its file; -1 where the file cannot
 /// tell. Flushes the archive, so it is not for every item.
 __int64 bytesLeft(CArchive& ar);
-
-/// The rule for sizes that stand in a file: memory above this many bytes is taken only when the
-/// file has shown that it is long enough for what is claimed. Smaller claims just fail where the
-/// data end.
-constexpr __int64 largestUnbackedClaim = 1 << 26;
 
 /// Whether the rest of the file has room for `count` elements of at least `storedBytes` each; true
 /// where it cannot tell.

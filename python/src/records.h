@@ -3,6 +3,8 @@
 
 #include "calls.h"
 
+#include "cxcfile/pass_record.h"
+
 #include <algorithm>
 #include <string>
 
@@ -49,21 +51,6 @@ private:
 /// About how many bytes the record of a dataset takes.
 double storedBytes(const CSnsCohData& data);
 
-/// Passes `object` through an archive. One that fails is left unflushed: a second failure while
-/// the first one unwinds would end the process.
-template <class Object>
-int passRecord(CFile& file, UINT mode, Object& object) {
-    CArchive archive(&file, mode);
-    try {
-        const int result = object.serialize(archive);
-        archive.Close();
-        return result;
-    } catch (...) {
-        archive.Abort();
-        throw;
-    }
-}
-
 /// Stores `object`, of about `bytes`, in a new file and flushes it to the disk.
 template <class Object>
 void saveRecord(Object& object, const std::string& path, double bytes, Watch& watch,
@@ -72,7 +59,7 @@ void saveRecord(Object& object, const std::string& path, double bytes, Watch& wa
     require(
         [&] {
             WatchedFile file(name, CFile::modeCreate | CFile::modeWrite, watch, bytes);
-            const int result = passRecord(file, CArchive::store, object);
+            const int result = cxc::passRecord(file, CArchive::store, object);
             file.Flush();
             file.tellEnd();
             file.Close();
@@ -89,7 +76,7 @@ void loadRecord(Object& object, const std::string& path, Watch& watch) {
         [&] {
             WatchedFile file(name, CFile::modeRead | CFile::shareDenyWrite, watch);
             file.setTotal(static_cast<__int64>(file.GetLength()));
-            const int result = passRecord(file, CArchive::load, object);
+            const int result = cxc::passRecord(file, CArchive::load, object);
             if (result != 0) file.tellEnd();
             return result;
         },

@@ -2,6 +2,7 @@
 #include "cxcdata/CWavChnlChnlData09File.h"
 
 #include "cxcdata/CWavChnlChnlDatazq.h"
+#include "cxcfile/pass_record.h"
 #include "tests/support/ArchiveFile.h"
 #include "tests/support/Bytes.h"
 #include "tests/support/DatasetFixture.h"
@@ -105,15 +106,7 @@ protected:
 };
 
 int loadFrom(MemoryFile& file, CWavChnlChnlDatazq& v) {
-    CArchive ar(&file, CArchive::load);
-    try {
-        const int result = v.serialize(ar);
-        ar.Close();
-        return result;
-    } catch (...) {
-        ar.Abort();
-        throw;
-    }
+    return cxc::passRecord(file, CArchive::load, v);
 }
 
 // Most values that are allocated before the file has shown that it is long enough for them.

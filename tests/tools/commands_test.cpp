@@ -449,9 +449,14 @@ TEST_F(Tool, AMemberOfPackagesAndGroupsIsTakenLikeADataset) {
 TEST_F(Tool, OutputsThatAreTakenAreToldBeforeTheWork) {
     putBytes("a.cxc", "no dataset");
     putBytes("m.cxc", "kept");
-    for (const std::string command : {"average", "select"}) {
+    putBytes("m.csv", "kept");
+    for (const std::string command : {"average", "select", "upgrade", "export"}) {
         const Result result = run({command, "@a.cxc", "-o", "@m.cxc"});
         EXPECT_TRUE(has(result.err, "m.cxc: exists already")) << result.err;
+    }
+    for (const std::string output : {"m.cxc", "m.csv"}) {
+        const Result result = run({"convert", "@a.cxc", "@" + output});
+        EXPECT_TRUE(has(result.err, output + ": exists already")) << result.err;
     }
     const Result result = run({"combine", "@a.cxc", "@a.cxc", "-o", "@m.cxc"});
     EXPECT_TRUE(has(result.err, "m.cxc: exists already")) << result.err;

@@ -2,7 +2,7 @@
 // when closed. It takes no memory while it is used.
 #pragma once
 
-#include "framework.h"
+#include "cxcfile/pass_record.h"
 
 #include <algorithm>
 #include <cstring>
@@ -114,21 +114,21 @@ Outcome outcomeOf(Action action) {
 }
 
 /// Passes `record` through an archive on `file`, with a buffer of the customary size that is not
-/// taken from the heap, and closes both.
+/// taken from the heap.
+template <class Record>
+int passOffHeap(CFile& file, UINT mode, Record& record) {
+    BYTE buffer[4096];
+    CArchive ar(&file, mode, sizeof(buffer), buffer);
+    return cxc::passRecord(ar, record);
+}
+
+/// The same, and closes the file.
 template <class Record>
 Outcome passThrough(CFile& file, UINT mode, Record& record) {
     return outcomeOf([&] {
-        BYTE buffer[4096];
-        CArchive ar(&file, mode, sizeof(buffer), buffer);
-        try {
-            const int status = record.serialize(ar);
-            ar.Close();
-            file.Close();
-            return status;
-        } catch (...) {
-            ar.Abort();
-            throw;
-        }
+        const int status = passOffHeap(file, mode, record);
+        file.Close();
+        return status;
     });
 }
 

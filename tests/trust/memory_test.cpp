@@ -58,16 +58,7 @@ std::function<int(World&)> loading(Record World::*record, const std::string& byt
     auto file = std::make_shared<test::RoughFile>(bytes);
     return [record, file](World& world) {
         file->rewind();
-        BYTE buffer[4096];
-        CArchive ar(file.get(), CArchive::load, sizeof(buffer), buffer);
-        try {
-            const int status = (world.*record).serialize(ar);
-            ar.Close();
-            return status;
-        } catch (...) {
-            ar.Abort();
-            throw;
-        }
+        return test::passOffHeap(*file, CArchive::load, world.*record);
     };
 }
 
@@ -75,16 +66,7 @@ template <class Record>
 std::function<int(World&)> storing(Record World::*record) {
     return [record](World& world) {
         test::RoughFile file;
-        BYTE buffer[4096];
-        CArchive ar(&file, CArchive::store, sizeof(buffer), buffer);
-        try {
-            const int status = (world.*record).serialize(ar);
-            ar.Close();
-            return status;
-        } catch (...) {
-            ar.Abort();
-            throw;
-        }
+        return test::passOffHeap(file, CArchive::store, world.*record);
     };
 }
 

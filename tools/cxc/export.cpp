@@ -98,21 +98,23 @@ void exportText(Options options) {
     if (options.out.empty()) options.out = stemOf(options.in) + "." + options.format;
     if (options.format == "text" && endingOf(options.out) == ".text")
         options.out = stemOf(options.in) + ".txt";
+    requireFree(options.out, options.force);
     const Record record(options.in);
     writeAs(options.format, record.chosen(options.member), options);
 }
 
 void convert(const Options& options) {
     const std::string ending = endingOf(options.out);
-    if (ending == ".txt" || ending == ".csv") {
-        const Record record(options.in);
-        return writeAs(ending == ".csv" ? "csv" : "text", record.chosen(options.member), options);
-    }
-    if (ending != ".cxc")
+    if (ending != ".cxc" && ending != ".csv" && ending != ".txt")
         throw Error(options.out +
                     ": writes .cxc, .csv and .txt; python -m cxc convert writes others");
+    requireFree(options.out, options.force);
     const Record record(options.in);
-    saveRecord(record.chosen(options.member), options.out, options.force);
+    CSnsCohDatazq& dataset = record.chosen(options.member);
+    if (ending == ".cxc")
+        saveRecord(dataset, options.out, options.force);
+    else
+        writeAs(ending == ".csv" ? "csv" : "text", dataset, options);
 }
 
 void addCommon(CLI::App* command, Options& options) {

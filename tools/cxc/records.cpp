@@ -1,5 +1,8 @@
 #include "tools/cxc/records.h"
 
+#include "cxcdata/allocation.h"
+#include "cxcfile/pass_record.h"
+
 #include "tools/cxc/app.h"
 #include "tools/cxc/console.h"
 
@@ -108,10 +111,7 @@ template <class Object>
 unsigned long long load(Object& object, const std::string& path) {
     return about(path, [&] {
         CFile file(utf16(path), CFile::modeRead | CFile::shareDenyWrite);
-        CArchive archive(&file, CArchive::load);
-        const int result = object.serialize(archive);
-        archive.Close();
-        if (result == 0)
+        if (cxc::passRecord(file, CArchive::load, object) == 0)
             throw Error(path + ": " +
                         lastMessage("there is not enough memory, or the sizes in the "
                                     "file cannot be true"));
@@ -231,10 +231,10 @@ std::unique_ptr<CSnsCohDatazq> openDataset(const std::string& path, const std::s
 }
 
 void requireBacked(const std::string& path, const Sizes& sizes) {
-    constexpr double unbacked = 64.0 * 1024.0 * 1024.0;
     const double bytes = static_cast<double>(sizes.rows) * static_cast<double>(sizes.columns) *
                          static_cast<double>(sizes.slices) * sizeof(double);
-    if (bytes > unbacked && bytes > static_cast<double>(bytesIn(path)))
+    if (bytes > static_cast<double>(cxc::largestUnbackedClaim) &&
+        bytes > static_cast<double>(bytesIn(path)))
         throw Error(path + ": says that it holds more values than there are");
 }
 
@@ -305,15 +305,8 @@ private:
 template <class Object>
 std::function<void(CFile&)> recordOf(Object& object, const std::string& path) {
     return [&object, path](CFile& file) {
-        CArchive archive(&file, CArchive::store);
-        try {
-            if (object.serialize(archive) == 0)
-                throw Error(path + ": " + lastMessage("cannot be stored"));
-            archive.Close();
-        } catch (...) {
-            archive.Abort();
-            throw;
-        }
+        if (cxc::passRecord(file, CArchive::store, object) == 0)
+            throw Error(path + ": " + lastMessage("cannot be stored"));
     };
 }
 

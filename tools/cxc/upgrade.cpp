@@ -14,6 +14,7 @@ struct Options {
 constexpr DWORD newest[] = {20160311, 20121016, 20180725};  // by kind
 
 void upgrade(const std::string& in, const std::string& out, bool force, const Console& console) {
+    requireFree(out, force);
     const Record record(in);
     const DWORD version = newest[static_cast<int>(record.heading().kind)];
     if (record.heading().version == version && in == out) {
