@@ -205,10 +205,7 @@ void addAverage(CLI::App& app, const Console& console) {
     CLI::App* const command =
         app.add_subcommand("average", "Mean of any number of datasets, read one at a time");
     addCommon(command, *options, "The result");
-    command->callback([options, &console] {
-        requireFree(options->out, options->force);
-        average(*options, console);
-    });
+    command->callback([options, &console] { average(*options, console); });
 }
 
 void addSummary(CLI::App& app, const Console& console) {
