@@ -241,18 +241,11 @@ int CSnsCohData::cleanSnsCohData() {
 
 namespace {
 
+using cxc::pass::colsThere;
 using cxc::pass::Range;
 using cxc::pass::RangeSum;
+using cxc::pass::rowsThere;
 using cxc::pass::Slice;
-
-// Counters may exceed the grid, and the other way round.
-__int64 rowsThere(const CSnsCohData& dataset) {
-    return std::min(dataset.m_snsRowTotal, cxc::grid::rows(dataset.m_mCC));
-}
-
-__int64 colsThere(const CSnsCohData& dataset) {
-    return std::min(dataset.m_snsColTotal, cxc::grid::cols(dataset.m_mCC));
-}
 
 struct RowRange {
     Range<double> first;  // of the first pair
@@ -298,29 +291,13 @@ WholeRange wholeRange(const CSnsCohData& dataset, bool noDiag) {
 }
 
 Range<double> sliceRange(const CSnsCohData& dataset, __int64 from, __int64 to, bool noDiag) {
-    Range<double> result;
-    bool any = false;
     const auto slices = [&](const CWavChnlChnlDatazq* vector, __int64 r, __int64 c) -> Slice {
         const cxc::grid::Values values = cxc::grid::values(vector);
         const __int64 end = std::min(to, values.size - 1) + 1;
         return from < end && !(noDiag && c == r) ? Slice{values.data, from, end, true} : Slice{};
     };
-    const __int64 rows = rowsThere(dataset);
-    const __int64 cols = colsThere(dataset);
-    for (__int64 r = 0; r < rows && !any; ++r) {
-        for (__int64 c = 0; c < cols && !any; ++c) {
-            const Slice slice = slices(cxc::grid::cell(dataset.m_mCC, r, c), r, c);
-            any = slice.visited;
-            result.start(any ? slice.data[slice.begin] : 0.0);
-        }
-    }
-    if (!any) {
-        result.start(0.0);
-        return result;
-    }
-    cxc::pass::eachRow<Range>(dataset.m_mCC, rows, cols, slices,
-                              [&](const Range<double>& row) { cxc::pass::widen(result, row); });
-    return result;
+    return cxc::pass::extremes<Range>(dataset.m_mCC, rowsThere(dataset), colsThere(dataset),
+                                      slices);
 }
 
 }  // namespace

@@ -13,18 +13,12 @@
 
 namespace {
 
+using cxc::pass::colsThere;
+using cxc::pass::rowsThere;
+
 bool hasValues(const CSnsCohData& dataset) {
     return dataset.m_mCC != nullptr && dataset.m_cohTimTotal >= 1 && dataset.m_snsRowTotal >= 1 &&
            dataset.m_snsColTotal >= 1;
-}
-
-// Counters may exceed the grid, and the other way round.
-__int64 rowsThere(const CSnsCohData& dataset) {
-    return std::min(dataset.m_snsRowTotal, cxc::grid::rows(dataset.m_mCC));
-}
-
-__int64 colsThere(const CSnsCohData& dataset) {
-    return std::min(dataset.m_snsColTotal, cxc::grid::cols(dataset.m_mCC));
 }
 
 cxc::pass::Slice slicesOf(const CSnsCohData& dataset, const CWavChnlChnlDatazq* vector) {

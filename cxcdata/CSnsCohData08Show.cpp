@@ -9,35 +9,20 @@
 
 namespace {
 
+using cxc::pass::colsThere;
 using cxc::pass::MagnitudeRange;
+using cxc::pass::rowsThere;
 using cxc::pass::Slice;
 
 // Magnitudes over the slices from to to, inclusive, of every pair, as far as they are there.
 MagnitudeRange<double> magnitudeRange(const CSnsCohData& dataset, __int64 from, __int64 to) {
-    const __int64 rows = std::min(dataset.m_snsRowTotal, cxc::grid::rows(dataset.m_mCC));
-    const __int64 cols = std::min(dataset.m_snsColTotal, cxc::grid::cols(dataset.m_mCC));
     const auto slices = [&](const CWavChnlChnlDatazq* vector, __int64, __int64) -> Slice {
         const cxc::grid::Values values = cxc::grid::values(vector);
         const __int64 end = std::min(to, values.size - 1) + 1;
         return from < end ? Slice{values.data, from, end, true} : Slice{};
     };
-    MagnitudeRange<double> result;
-    bool any = false;
-    for (__int64 r = 0; r < rows && !any; ++r) {
-        for (__int64 c = 0; c < cols && !any; ++c) {
-            const Slice slice = slices(cxc::grid::cell(dataset.m_mCC, r, c), r, c);
-            any = slice.visited;
-            result.start(any ? slice.data[slice.begin] : 0.0);
-        }
-    }
-    if (!any) {
-        result.start(0.0);
-        return result;
-    }
-    cxc::pass::eachRow<MagnitudeRange>(
-        dataset.m_mCC, rows, cols, slices,
-        [&](const MagnitudeRange<double>& row) { cxc::pass::widen(result, row); });
-    return result;
+    return cxc::pass::extremes<MagnitudeRange>(dataset.m_mCC, rowsThere(dataset),
+                                               colsThere(dataset), slices);
 }
 
 void askColor(COLORREF& color) {

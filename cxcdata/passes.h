@@ -3,6 +3,7 @@
 // stay the same to the last bit.
 #pragma once
 
+#include "cxcdata/CSnsCohData.h"
 #include "cxcdata/accumulators.h"
 #include "cxcdata/grid.h"
 #include "cxcdata/wide_passes.h"
@@ -14,6 +15,17 @@
 #include <utility>
 
 namespace cxc::pass {
+
+/// Rows of a dataset that are counted and there: counters may exceed the grid, and the other way
+/// round.
+inline __int64 rowsThere(const CSnsCohData& dataset) {
+    return std::min(dataset.m_snsRowTotal, grid::rows(dataset.m_mCC));
+}
+
+/// Columns that are counted and there.
+inline __int64 colsThere(const CSnsCohData& dataset) {
+    return std::min(dataset.m_snsColTotal, grid::cols(dataset.m_mCC));
+}
 
 template <template <class> class Accumulator>
 Accumulator<double> nothingSeen() {
@@ -169,6 +181,28 @@ void eachRow(CWavChnlChnlDatazq* const* table, __int64 rows, __int64 cols, Slice
         for (int k = 0; k < together.here; ++k)
             take(lanes.get(k));
     }
+}
+
+/// The extremes of the elements of all slices, started by the first that is visited, or by 0.0
+/// where none is. Slices and table are those of eachRow.
+template <template <class> class Extremes, class SliceOf>
+Extremes<double> extremes(CWavChnlChnlDatazq* const* table, __int64 rows, __int64 cols,
+                          SliceOf sliceOf) {
+    Extremes<double> result;
+    result.start(0.0);
+    bool any = false;
+    for (__int64 r = 0; r < rows && !any; ++r) {
+        for (__int64 c = 0; c < cols && !any; ++c) {
+            const Slice slice = sliceOf(grid::cell(table, r, c), r, c);
+            any = slice.visited;
+            if (any) result.start(slice.data[slice.begin]);
+        }
+    }
+    if (any) {
+        eachRow<Extremes>(table, rows, cols, sliceOf,
+                          [&](const Extremes<double>& row) { widen(result, row); });
+    }
+    return result;
 }
 
 /// Accumulates each vector over the elements of sliceOf(vector, r, c), started by the first of them

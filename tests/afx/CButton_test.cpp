@@ -6,18 +6,7 @@
 
 namespace {
 
-using test::ControlsDialog;
-using test::TestApp;
-
-class CButtonTest : public testing::Test {
-protected:
-    void SetUp() override {
-        ASSERT_TRUE(dialog.Create(IDD_CONTROLS));
-        dialog.calls.clear();
-    }
-    TestApp app;
-    ControlsDialog dialog;
-};
+class CButtonTest : public test::ControlsTest {};
 
 TEST_F(CButtonTest, CheckIsSetWithoutANotification) {
     CButton box;

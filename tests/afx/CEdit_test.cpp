@@ -6,18 +6,7 @@
 
 namespace {
 
-using test::ControlsDialog;
-using test::TestApp;
-
-class CEditTest : public testing::Test {
-protected:
-    void SetUp() override {
-        ASSERT_TRUE(dialog.Create(IDD_CONTROLS));
-        dialog.calls.clear();
-    }
-    TestApp app;
-    ControlsDialog dialog;
-};
+class CEditTest : public test::ControlsTest {};
 
 TEST_F(CEditTest, SelectsLimitsAndRefuses) {
     CEdit edit;

@@ -6,18 +6,7 @@
 
 namespace {
 
-using test::ControlsDialog;
-using test::TestApp;
-
-class CRichEditCtrlTest : public testing::Test {
-protected:
-    void SetUp() override {
-        ASSERT_TRUE(dialog.Create(IDD_CONTROLS));
-        dialog.calls.clear();
-    }
-    TestApp app;
-    ControlsDialog dialog;
-};
+class CRichEditCtrlTest : public test::ControlsTest {};
 
 TEST_F(CRichEditCtrlTest, ShowsSelectsAndCopies) {
     CRichEditCtrl rich;

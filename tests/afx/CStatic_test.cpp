@@ -6,18 +6,7 @@
 
 namespace {
 
-using test::ControlsDialog;
-using test::TestApp;
-
-class CStaticTest : public testing::Test {
-protected:
-    void SetUp() override {
-        ASSERT_TRUE(dialog.Create(IDD_CONTROLS));
-        dialog.calls.clear();
-    }
-    TestApp app;
-    ControlsDialog dialog;
-};
+class CStaticTest : public test::ControlsTest {};
 
 TEST_F(CStaticTest, IsMadeOutsideTemplatesAsTheOtherControlsAre) {
     const CRect rect(0, 0, 50, 20);

@@ -7,6 +7,8 @@
 #include "tests/support/Input.h"
 #include "tests/support/TestApp.h"
 
+#include <gtest/gtest.h>
+
 #include <string>
 #include <vector>
 
@@ -156,6 +158,18 @@ public:
     HWND menuWindow = nullptr;
     CPoint menuPoint;
     HWND cursorWindow = nullptr;
+};
+
+/// Tests of the controls in the dialog.
+class ControlsTest : public testing::Test {
+protected:
+    void SetUp() override {
+        ASSERT_TRUE(dialog.Create(IDD_CONTROLS));
+        dialog.calls.clear();
+    }
+
+    TestApp app;
+    ControlsDialog dialog;
 };
 
 }  // namespace test

@@ -5,6 +5,7 @@
 #include "cxcdata/allocation.h"
 #include "tests/support/ArchiveFile.h"
 #include "tests/support/Bytes.h"
+#include "tests/support/Outcome.h"
 
 #include <gtest/gtest.h>
 
@@ -24,21 +25,9 @@ inline std::string stored(CSnsCohData09File& data) {
     return file.bytes();
 }
 
-enum class Outcome { refused, accepted, endOfFile, otherException };
-
 // What loading comes to, with exceptions as outcomes.
 inline Outcome outcomeOfLoading(CSnsCohData09File& data, const Bytes& bytes) {
-    try {
-        return load(data, bytes) == 0 ? Outcome::refused : Outcome::accepted;
-    } catch (CArchiveException* e) {
-        const bool ended = e->m_cause == CArchiveException::endOfFile;
-        e->Delete();
-        return ended ? Outcome::endOfFile : Outcome::otherException;
-    } catch (CFileException* e) {
-        const bool ended = e->m_cause == CFileException::endOfFile;
-        e->Delete();
-        return ended ? Outcome::endOfFile : Outcome::otherException;
-    }
+    return outcomeOf([&] { return load(data, bytes); });
 }
 
 // Watches the library's arrays while it lives, and can make one of them fail.

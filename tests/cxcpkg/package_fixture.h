@@ -6,6 +6,7 @@
 #include "tests/cxcfile/golden_dataset.h"
 #include "tests/support/ArchiveFile.h"
 #include "tests/support/DatasetFixture.h"
+#include "tests/support/Outcome.h"
 #include "tests/support/TestApp.h"
 
 #include <gtest/gtest.h>
@@ -106,22 +107,10 @@ int load(Holder& holder, const Bytes& bytes) {
     return ArchiveFile(bytes).load([&](CArchive& ar) { return holder.serialize(ar); });
 }
 
-enum class Outcome { refused, accepted, endOfFile, otherException };
-
 /// What loading comes to, with exceptions as outcomes.
 template <class Holder>
 Outcome outcomeOfLoading(Holder& holder, const Bytes& bytes) {
-    try {
-        return load(holder, bytes) == 0 ? Outcome::refused : Outcome::accepted;
-    } catch (CArchiveException* e) {
-        const bool ended = e->m_cause == CArchiveException::endOfFile;
-        e->Delete();
-        return ended ? Outcome::endOfFile : Outcome::otherException;
-    } catch (CFileException* e) {
-        const bool ended = e->m_cause == CFileException::endOfFile;
-        e->Delete();
-        return ended ? Outcome::endOfFile : Outcome::otherException;
-    }
+    return outcomeOf([&] { return load(holder, bytes); });
 }
 
 /// The first difference is named by its offset.

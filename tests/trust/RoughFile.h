@@ -3,6 +3,7 @@
 #pragma once
 
 #include "cxcfile/pass_record.h"
+#include "tests/support/Outcome.h"
 
 #include <algorithm>
 #include <cstring>
@@ -82,36 +83,6 @@ private:
     ULONGLONG m_position = 0;
     bool m_storing = false;
 };
-
-/// What a pass through an archive comes to, with exceptions as outcomes.
-enum class Outcome { refused, accepted, endOfFile, fileFailed, noMemory, otherException };
-
-inline const char* name(Outcome outcome) {
-    constexpr const char* names[] = {"refused",     "accepted",  "end of file",
-                                     "file failed", "no memory", "other exception"};
-    return names[static_cast<int>(outcome)];
-}
-
-/// Calls `action`, which returns a status.
-template <class Action>
-Outcome outcomeOf(Action action) {
-    try {
-        return action() == 0 ? Outcome::refused : Outcome::accepted;
-    } catch (CArchiveException* e) {
-        const bool ended = e->m_cause == CArchiveException::endOfFile;
-        e->Delete();
-        return ended ? Outcome::endOfFile : Outcome::otherException;
-    } catch (CFileException* e) {
-        e->Delete();
-        return Outcome::fileFailed;
-    } catch (CMemoryException* e) {
-        e->Delete();
-        return Outcome::noMemory;
-    } catch (CException* e) {
-        e->Delete();
-        return Outcome::otherException;
-    }
-}
 
 /// Passes `record` through an archive on `file`, with a buffer of the customary size that is not
 /// taken from the heap.
