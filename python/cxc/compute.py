@@ -11,6 +11,7 @@ import numpy as np
 
 from ._core import version
 from .coherence import Plan, make_plan, sliding_coherence
+from .labels import sensors_line
 from .recording import Recording, open_recording
 
 # Channel types of the dataset header.
@@ -74,9 +75,7 @@ class Computation:
                 f"The last window is moved back by {plan.shifted / rate:g} s to end with the "
                 "recording"
             )
-        lines.append(
-            "Sensors: " + ", ".join(f"{n} {label}" for n, label in enumerate(rec.labels, 1))
-        )
+        lines.append(sensors_line(rec.labels))
         left_out = ", ".join(f"{label} ({reason})" for label, reason in rec.left_out)
         lines.append("Left out: " + (left_out or "none"))
         lines.append("Windows without signal, set to 0: " + (self.describe_silent() or "none"))

@@ -11,7 +11,7 @@ from typing import Callable
 
 from .dataset import Dataset
 from .errors import CommandError
-from .exchange_common import PAIR_ORDER, labels_of, times_of
+from .exchange_common import PAIR_ORDER
 from .exchange_matlab import from_matlab, to_matlab
 from .exchange_netcdf import from_netcdf, to_netcdf
 from .exchange_numpy import from_numpy, to_npz
@@ -19,8 +19,8 @@ from .exchange_text import to_csv, to_graphml
 from .files import check_output
 
 __all__ = [
-    "PAIR_ORDER", "convert", "from_matlab", "from_netcdf", "from_numpy", "labels_of", "times_of",
-    "to_csv", "to_graphml", "to_matlab", "to_netcdf", "to_npz",
+    "PAIR_ORDER", "convert", "from_matlab", "from_netcdf", "from_numpy", "to_csv", "to_graphml",
+    "to_matlab", "to_netcdf", "to_npz",
 ]  # fmt: skip
 
 

@@ -1,4 +1,4 @@
-"""What the exchange formats have in common: order of pairs, names, times, and the way back."""
+"""What the exchange formats have in common: order of pairs, description, and the way back."""
 
 from __future__ import annotations
 
@@ -10,62 +10,27 @@ import numpy as np
 
 from .dataset import Dataset
 from .errors import CommandError
+from .labels import same_sensors, with_names
 
 PAIR_ORDER = (
     "row-major, counted from 0: pair (from, to) is entry from * sensors + to; from is the row and "
     "stands first, to is the column"
 )
-_SENSORS = "Sensors: "
 
 
-def labels_of(dataset: Dataset) -> list[str]:
-    """The sensors' names: those that the computation note lists, or else their channel numbers."""
-    sensors = dataset.shape[1]
-    for line in dataset.note.splitlines():
-        if line.startswith(_SENSORS):
-            named = _listed(line[len(_SENSORS) :], sensors)
-            if named:
-                return named
-    numbers = dataset.channels_a[:, :1].ravel().tolist()
-    if len(set(numbers)) == sensors:
-        return [str(number) for number in numbers]
-    return [str(i + 1) for i in range(sensors)]
+def values_of(dataset: Dataset, path: str, *, same: bool = False) -> np.ndarray:
+    """The values [slice, row, column], or CommandError where `path` could not tell them.
 
-
-def _listed(text: str, sensors: int) -> list[str]:
-    """The names in "1 Fp1, 2 Cz"; none when it does not list so many. Names may hold commas."""
-    named = []
-    for number in range(1, sensors + 1):
-        name, following, rest = text.partition(f", {number + 1} ")
-        start = f"{number} "
-        if not name.startswith(start) or bool(following) != (number < sensors):
-            return []
-        named.append(name[len(start) :])
-        text = following[2:] + rest
-    return named if all(named) else []
-
-
-def column_labels_of(dataset: Dataset) -> list[str]:
-    """Those of the rows, or the columns' numbers from 1 where the grid is not square."""
-    _, rows, columns = dataset.shape
-    return labels_of(dataset) if rows == columns else [str(c + 1) for c in range(columns)]
-
-
-def times_of(dataset: Dataset) -> np.ndarray:
-    """Latency of every slice; the slices' numbers where the dataset has no rate."""
-    if dataset.sampling_rate > 0:
-        return np.array([dataset.latency_of(t) for t in range(len(dataset))])
-    return np.arange(len(dataset), dtype=np.float64)
-
-
-def values_of(dataset: Dataset, path: str, *, square: bool = False) -> np.ndarray:
-    """The values [slice, row, column], or CommandError where `path` could not tell them."""
+    Args:
+        same: whether the format takes rows and columns for the same sensors.
+    """
     if not dataset.header.has_grid() or min(dataset.shape) < 1:
         raise CommandError(f"{path}: the dataset holds no values")
-    values = dataset.to_array()
-    if square and values.shape[1] != values.shape[2]:
-        raise CommandError(f"{path}: rows and columns differ, which this format cannot tell")
-    return values
+    if same and not same_sensors(dataset):
+        raise CommandError(
+            f"{path}: rows and columns are not the same sensors, which this format cannot tell"
+        )
+    return dataset.to_array()
 
 
 def encodable(text: str) -> str:
@@ -100,6 +65,7 @@ def dataset_of(
     times: Any,
     band: Any,
     labels: Sequence[Any],
+    column_labels: Sequence[Any] = (),
     description: Mapping[str, Any],
 ) -> Dataset:
     """A dataset of what a file held.
@@ -109,27 +75,26 @@ def dataset_of(
         times: latencies of the slices; None when the file tells none.
         band: frequencies, of which the least and the largest count; None when there are none.
         labels: names of the sensors; empty when there are none.
+        column_labels: names of the column sensors; empty when they are those of the rows.
         description: as of `description_of`; what is missing is made up from the rest.
 
     Raises:
         CommandError: something does not fit; one line that begins with the file's name.
     """
     try:
-        made = _dataset_of(path, np.asarray(values), times, band, labels, description)
+        made = _dataset_of(path, np.asarray(values), times, band, description)
+        _name_sensors(made, labels, column_labels)
     except (ValueError, TypeError, OverflowError) as error:
         raise CommandError(f"{path}: {' '.join(str(error).split())}") from error
     return made
 
 
-def _dataset_of(path, values, times, band, labels, description) -> Dataset:
+def _dataset_of(path, values, times, band, description) -> Dataset:
     if np.iscomplexobj(values):
         raise ValueError("holds complex values; take their magnitudes before")
     if values.dtype.kind not in "fiu" or values.ndim != 3 or values.size == 0:
         raise ValueError("holds no real numbers [slice, row, column]")
     slices, rows, columns = values.shape
-    names = [" ".join(text(label).split()) or str(i + 1) for i, label in enumerate(labels)]
-    if names and len(names) != rows:
-        raise ValueError(f"names {len(names)} sensors, but the matrix has {rows} rows")
     rate, latency = _timing(times, slices, description)
     stem = os.path.splitext(os.path.basename(path))[0]
     dataset = Dataset.from_array(
@@ -141,16 +106,31 @@ def _dataset_of(path, values, times, band, labels, description) -> Dataset:
     row, column = _channels(description, rows, columns)
     dataset.channels_a = np.repeat(row[:, np.newaxis], columns, axis=1)
     dataset.channels_b = np.repeat(column[np.newaxis, :], rows, axis=0)
-    # Names that were edited replace those of the note; unedited ones leave it as it is.
-    if names and labels_of(dataset) != names:
-        dataset.note = _with_sensors(dataset.note, names)
     return dataset
 
 
-def _with_sensors(note: str, names: Sequence[str]) -> str:
-    listed = _SENSORS + ", ".join(f"{n} {name}" for n, name in enumerate(names, 1))
-    lines = [line for line in note.splitlines() if not line.startswith(_SENSORS)]
-    return "\n".join([*lines, listed])
+def _name_sensors(
+    dataset: Dataset, labels: Sequence[Any], column_labels: Sequence[Any]
+) -> None:
+    """Names that were edited replace those of the note; unedited ones leave it as it is."""
+    _, row_count, column_count = dataset.shape
+    if len(labels) not in (0, row_count):
+        raise ValueError(f"names {len(labels)} sensors, but the matrix has {row_count} rows")
+    if len(column_labels) not in (0, column_count):
+        raise ValueError(
+            f"names {len(column_labels)} column sensors, but the matrix has {column_count} columns"
+        )
+    known = _tidied(dataset.sensors), _tidied(dataset.column_sensors)
+    if not len(column_labels) and row_count == column_count:
+        column_labels = labels
+    names = _tidied(labels) or known[0], _tidied(column_labels) or known[1]
+    if names != known:
+        dataset.note = with_names(dataset.note, *names)
+
+
+def _tidied(labels: Sequence[Any]) -> list[str]:
+    """Each in one line; those that are empty get their number."""
+    return [" ".join(text(label).split()) or str(n) for n, label in enumerate(labels, 1)]
 
 
 def _timing(times, slices: int, description) -> tuple[float, tuple[float, float]]:

@@ -10,16 +10,7 @@ import numpy as np
 
 from .dataset import Dataset
 from .errors import CommandError
-from .exchange_common import (
-    PAIR_ORDER,
-    dataset_of,
-    description_of,
-    encodable,
-    labels_of,
-    text,
-    times_of,
-    values_of,
-)
+from .exchange_common import PAIR_ORDER, dataset_of, description_of, encodable, text, values_of
 from .files import whole_file
 
 DIMORDS = ("chan_chan", "chan_chan_time", "chan_chan_freq", "chan_chan_freq_time")
@@ -32,15 +23,16 @@ def to_matlab(dataset: Dataset, path: str, overwrite: bool = True) -> None:
     band, pair_order, and cfg with what else describes the dataset.
 
     Raises:
-        CommandError: rows and columns differ, there are no values, or too many for the format.
+        CommandError: rows and columns are not the same sensors, there are no values, or too many
+            for the format.
         OSError: as `whole_file`.
     """
     from scipy.io import savemat
     from scipy.io.matlab import MatWriteError
 
-    values = values_of(dataset, path, square=True)
+    values = values_of(dataset, path, same=True)
     labels = np.empty((values.shape[1], 1), dtype=object)
-    labels[:, 0] = [_bmp(label) for label in labels_of(dataset)]
+    labels[:, 0] = [_bmp(label) for label in dataset.sensors]
     low, high = dataset.band
     description = description_of(dataset)
     for name in ("dataset_name", "computation"):
@@ -49,7 +41,7 @@ def to_matlab(dataset: Dataset, path: str, overwrite: bool = True) -> None:
         "label": labels,
         "dimord": "chan_chan_time",
         "cohspctrm": np.ascontiguousarray(values.transpose(1, 2, 0)),
-        "time": times_of(dataset),
+        "time": dataset.times,
         "freq": (low + high) / 2,
         "band": [low, high],
         "pair_order": PAIR_ORDER,

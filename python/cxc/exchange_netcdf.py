@@ -8,15 +8,7 @@ import numpy as np
 
 from .dataset import Dataset
 from .errors import CommandError
-from .exchange_common import (
-    PAIR_ORDER,
-    dataset_of,
-    description_of,
-    encodable,
-    labels_of,
-    times_of,
-    values_of,
-)
+from .exchange_common import PAIR_ORDER, dataset_of, description_of, encodable, values_of
 from .files import whole_file
 
 PAIRS = "node_in -> node_out"
@@ -29,12 +21,12 @@ def to_netcdf(dataset: Dataset, path: str, overwrite: bool = True) -> None:
     in attributes of the variable.
 
     Raises:
-        CommandError: rows and columns differ, or there are no values.
+        CommandError: rows and columns are not the same sensors, or there are no values.
         OSError: as `whole_file`.
     """
     import xarray
 
-    values = values_of(dataset, path, square=True)
+    values = values_of(dataset, path, same=True)
     slices, sensors, _ = values.shape
     low, high = dataset.band
     array = xarray.DataArray(
@@ -43,7 +35,7 @@ def to_netcdf(dataset: Dataset, path: str, overwrite: bool = True) -> None:
         coords={
             PAIRS: [str(i) for i in range(sensors * sensors)],
             "freqs": [(low + high) / 2],
-            "times": times_of(dataset),
+            "times": dataset.times,
         },
         name="connectivity",
         attrs={
@@ -52,7 +44,7 @@ def to_netcdf(dataset: Dataset, path: str, overwrite: bool = True) -> None:
             "spec_method": "n/a",
             "indices": "all",
             "n_nodes": sensors,
-            "node_names": [encodable(label) for label in labels_of(dataset)],
+            "node_names": [encodable(label) for label in dataset.sensors],
             "n_epochs_used": "n/a",
             "metadata": "[]",  # JSON, which readers parse without a look
             "freqs_used": [low, high],

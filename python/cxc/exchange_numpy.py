@@ -9,20 +9,15 @@ import numpy as np
 
 from .dataset import Dataset
 from .errors import CommandError
-from .exchange_common import (
-    PAIR_ORDER,
-    dataset_of,
-    description_of,
-    encodable,
-    labels_of,
-    times_of,
-    values_of,
-)
+from .exchange_common import PAIR_ORDER, dataset_of, description_of, encodable, values_of
 from .files import whole_file
+from .labels import same_sensors
 
 
 def to_npz(dataset: Dataset, path: str, overwrite: bool = True) -> None:
     """Writes an archive: values [slice, row, column], time, labels, band, and what describes them.
+
+    `labels` name the sensors; where columns are others than rows, `column_labels` name the columns.
 
     Raises:
         CommandError: there are no values.
@@ -31,12 +26,14 @@ def to_npz(dataset: Dataset, path: str, overwrite: bool = True) -> None:
     values = values_of(dataset, path)
     fields = {
         "values": values,
-        "time": times_of(dataset),
-        "labels": np.array([encodable(label) for label in labels_of(dataset)]),
+        "time": dataset.times,
+        "labels": np.array([encodable(label) for label in dataset.sensors]),
         "band": np.array(dataset.band),
         "pair_order": np.array(PAIR_ORDER),
         **{name: np.array(value) for name, value in description_of(dataset).items()},
     }
+    if not same_sensors(dataset):
+        fields["column_labels"] = np.array([encodable(name) for name in dataset.column_sensors])
     # As np.savez does, but closed in order where the disk is full.
     with whole_file(path, overwrite=overwrite) as draft, zipfile.ZipFile(draft, "w") as archive:
         for name, array in fields.items():
@@ -70,5 +67,6 @@ def from_numpy(path: str) -> Dataset:
         times=fields.get("time"),
         band=fields.get("band"),
         labels=list(np.atleast_1d(fields.get("labels", []))),
+        column_labels=list(np.atleast_1d(fields.get("column_labels", []))),
         description={name: value[()] for name, value in fields.items()},
     )

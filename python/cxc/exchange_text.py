@@ -9,14 +9,7 @@ from xml.sax.saxutils import escape
 import numpy as np
 
 from .dataset import Dataset
-from .exchange_common import (
-    PAIR_ORDER,
-    column_labels_of,
-    encodable,
-    labels_of,
-    times_of,
-    values_of,
-)
+from .exchange_common import PAIR_ORDER, encodable, values_of
 from .files import whole_file
 
 COLUMNS = (
@@ -36,10 +29,10 @@ def to_csv(dataset: Dataset, path: str, overwrite: bool = True) -> None:
     """
     values = values_of(dataset, path)
     slices = len(values)
-    times = times_of(dataset).tolist() if dataset.sampling_rate > 0 else [""] * slices
+    times = dataset.times.tolist() if dataset.sampling_rate > 0 else [""] * slices
     numbers_a, numbers_b = dataset.channels_a.tolist(), dataset.channels_b.tolist()
-    origin = [encodable(label) for label in labels_of(dataset)]
-    goal = [encodable(label) for label in column_labels_of(dataset)]
+    origin = [encodable(label) for label in dataset.sensors]
+    goal = [encodable(label) for label in dataset.column_sensors]
     with whole_file(path, overwrite=overwrite) as draft:
         with open(draft, "w", newline="", encoding="utf-8") as file:
             write = csv.writer(file, lineterminator="\n").writerow
@@ -60,10 +53,10 @@ def to_graphml(
     (so that NaN stays); there are none from a sensor to itself.
 
     Raises:
-        CommandError: rows and columns differ, or there are no values.
+        CommandError: rows and columns are not the same sensors, or there are no values.
         OSError: as `whole_file`.
     """
-    values = values_of(dataset, path, square=True)
+    values = values_of(dataset, path, same=True)
     begin, end = dataset.selection
     begin, end = max(begin, 0), min(end, len(values) - 1)
     if begin > end:
@@ -110,7 +103,7 @@ def _nodes(dataset: Dataset) -> list[str]:
     return [
         f'<node id="{i}"><data key="label">{_xml(label)}</data>'
         f'<data key="channel">{number}</data></node>'
-        for i, (label, number) in enumerate(zip(labels_of(dataset), numbers), 1)
+        for i, (label, number) in enumerate(zip(dataset.sensors, numbers), 1)
     ]
 
 

@@ -24,7 +24,7 @@ def row_names(dataset: Dataset) -> list[str]:
     if rows < 1 or columns < 1:
         return []
     named = _named(dataset.note, _ROWS, rows) or _named(dataset.note, _BOTH, rows)
-    return named or _numbered(dataset.channels_a[:, 0])
+    return named or _numbers_of(dataset.channels_a[:, 0])
 
 
 def column_names(dataset: Dataset) -> list[str]:
@@ -33,7 +33,12 @@ def column_names(dataset: Dataset) -> list[str]:
     if rows < 1 or columns < 1:
         return []
     named = _named(dataset.note, _COLUMNS, columns) or _named(dataset.note, _BOTH, columns)
-    return named or _numbered(dataset.channels_b[0, :])
+    return named or _numbers_of(dataset.channels_b[0, :])
+
+
+def same_sensors(dataset: Dataset) -> bool:
+    """Whether rows and columns are the same sensors in the same order, as far as names tell."""
+    return row_names(dataset) == column_names(dataset)
 
 
 def times_of(dataset: Dataset) -> npt.NDArray[np.float64]:
@@ -50,20 +55,26 @@ def with_names(note: str, rows: Sequence[str], columns: Sequence[str]) -> str:
     Raises:
         ValueError: a name is empty or of more than one line.
     """
-    lines = [
-        line for line in note.split("\n") if not line.startswith((_BOTH, _ROWS, _COLUMNS))
-    ]
-    if list(rows) == list(columns):
-        lines.append(_BOTH + _listed(rows))
-    else:
-        lines += [_ROWS + _listed(rows), _COLUMNS + _listed(columns)]
-    return "\n".join(lines)
-
-
-def _listed(names: Sequence[str]) -> str:
-    for name in names:
+    # Lines end where `_named` takes them to end, or older names would stay and be found first.
+    lines = note.splitlines(keepends=True)
+    kept = "".join(line for line in lines if not line.startswith((_BOTH, _ROWS, _COLUMNS)))
+    if kept and not kept.endswith("\n"):
+        kept += "\n"
+    for name in (*rows, *columns):
         if len(name.splitlines()) != 1:
             raise ValueError(f"{name!r} cannot be the name of a sensor")
+    if list(rows) == list(columns):
+        return kept + sensors_line(rows)
+    return f"{kept}{_ROWS}{numbered(rows)}\n{_COLUMNS}{numbered(columns)}"
+
+
+def sensors_line(names: Sequence[str]) -> str:
+    """The note's line for sensors that are rows and columns."""
+    return _BOTH + numbered(names)
+
+
+def numbered(names: Sequence[str]) -> str:
+    """As "1 Fp1, 2 Cz"."""
     return ", ".join(f"{number} {name}" for number, name in enumerate(names, 1))
 
 
@@ -88,7 +99,7 @@ def _names_in(text: str, count: int) -> list[str]:
     return names if all(names) else []
 
 
-def _numbered(channels: npt.NDArray[np.int64]) -> list[str]:
+def _numbers_of(channels: npt.NDArray[np.int64]) -> list[str]:
     numbers = channels.tolist()
     if len(set(numbers)) == len(numbers):
         return [str(number) for number in numbers]

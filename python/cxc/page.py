@@ -20,6 +20,7 @@ import numpy.typing as npt
 from .containers import Group, Package
 from .dataset import Dataset
 from .files import whole_file
+from .labels import same_sensors
 from .plot_circle import angles
 from .plot_scale import Scale, make_scale
 from .plot_source import DIFFERENCES, Member, members_of, quantity_of, values_of
@@ -104,8 +105,7 @@ class _Part:
     @classmethod
     def of(cls, member: Member, kind: str) -> _Part:
         values = values_of(member)
-        about = member.about
-        same = values.shape[1] == values.shape[2] > 1 and about.sensors == about.column_sensors
+        same = values.shape[1] > 1 and same_sensors(member.about)
         finite = values[np.isfinite(values)]
         least, most = (float(finite.min()), float(finite.max())) if finite.size else (0.0, 0.0)
         stored, step = _stored(values, least, most, kind)

@@ -14,7 +14,8 @@ heatmap(values, labels, "a.png").
 Arguments that all of them know:
 
     path: .png, .pdf or .svg; written whole or not at all. The figure is returned in any case.
-    labels: names of the sensors; those in the dataset's note when None.
+    labels: names of the sensors; those that the dataset knows when None. Of the row sensors alone
+        where the columns are others, as after `Dataset.select(rows=..., columns=...)`.
     slices, time: which slices to take: an index from 0, a Python slice or several indices, or
         those with a latency from time[0] to time[1]; the selected ones when None.
     limits: values at the ends of the colours; from the values when None.
@@ -162,7 +163,7 @@ def circle(
         source, path, labels, slices, time and the rest: as the module says.
     """
     common = _common(options)
-    shown = means(source, labels=labels, slices=slices, time=time, square="a circle")
+    shown = means(source, labels=labels, slices=slices, time=time, same="a circle")
     return _finished(_circle_figure(shown, common, lines, threshold), path, common)
 
 
@@ -192,7 +193,7 @@ def head(
         ValueError: no two sensors have a position.
     """
     common = _common(options)
-    shown = means(source, labels=labels, slices=slices, time=time, square="a head view")
+    shown = means(source, labels=labels, slices=slices, time=time, same="a head view")
     places = _places(shown, positions)
     return _finished(_head_figure(shown, common, places, lines, threshold), path, common)
 
@@ -220,7 +221,7 @@ def seed(
         source, path, labels, slices, time and the rest: as the module says.
     """
     common = _common(options)
-    shown = means(source, labels=labels, slices=slices, time=time, square="a seed map")
+    shown = means(source, labels=labels, slices=slices, time=time, same="a seed map")
     indices = [_seed_index(panel, sensor) for panel in shown.panels]
     name = shown.panels[0].rows[indices[0]]
     shown.title = f"{name} with all others: {shown.title}" if shown.title else name
@@ -304,8 +305,8 @@ def multiples(
         raise TypeError("slices over time need a dataset, package or group")
     if count is None:
         count = 12 if len(members_of(source)) == 1 else 6
-    square = None if of == "heat" else "a circle" if of == "circle" else "a head view"
-    shown = series(source, labels=labels, slices=slices, time=time, count=count, square=square)
+    same = None if of == "heat" else "a circle" if of == "circle" else "a head view"
+    shown = series(source, labels=labels, slices=slices, time=time, count=count, same=same)
     if of == "heat":
         _threshold_note(shown, threshold, "white")
         figure = _heat_figure(shown, common, threshold)
@@ -355,7 +356,7 @@ def _heat_figure(shown: Shown, common: _Common, threshold: float | None) -> Figu
     size, _ = label_fit(side * 72.0 / largest, many)
     names = max((name for p in shown.panels for name in (p.rows + p.columns)), key=len)
     room = name_room([names], size)
-    alike = len({tuple(panel.rows) for panel in shown.panels}) == 1
+    alike = len({(*panel.rows, None, *panel.columns) for panel in shown.panels}) == 1
     look = Look(
         side * widest, side * tallest, left=room + 0.25, bottom=room + 0.3,
         gap=0.15 if alike else room + 0.1, row_gap=0.16 if alike else room + 0.1,

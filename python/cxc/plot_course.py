@@ -10,7 +10,6 @@ from matplotlib.axes import Axes
 from matplotlib.ticker import MaxNLocator
 
 from .containers import Group
-from .exchange import times_of
 from .plot_scale import FAINT, INK, LINE_COLOURS, Scale
 from .plot_source import DIFFERENCES, Member, finite_mean, names_of, values_of
 
@@ -54,13 +53,12 @@ def courses_of(
     arrays = [values_of(member) for member in held]
     if len({array.shape[1:] for array in arrays}) > 1:
         raise ValueError("the datasets differ in their sensors; courses need the same ones")
-    from .exchange import labels_of
-
-    rows, columns = names_of(arrays[0].shape[1:], labels, labels_of(held[0].about))
+    known = [(member.about.sensors, member.about.column_sensors) for member in held]
+    rows, columns = names_of(labels, *known[0])
     lost = sum(int(array.size - np.isfinite(array).sum()) for array in arrays)
     arrays = [np.where(np.isfinite(array), array, np.nan) for array in arrays]
     if pairs is None:
-        chosen = _strongest(arrays, count)
+        chosen = _strongest(arrays, count, same=rows == columns)
     else:
         chosen = [(_index(rows, a), _index(columns, b)) for a, b in pairs]
     if not chosen:
@@ -71,13 +69,15 @@ def courses_of(
     if lost:
         many = "values that are" if lost > 1 else "value that is"
         notes.append(f"{lost} {many} no finite number left out")
+    if labels is None and any(names != known[0] for names in known):
+        notes.append("the datasets name their sensors differently; names are those of the first")
     panels: list[tuple[str, list[Curve]]] = []
     if isinstance(source, Group) and len(held) > 1:
         length = min(len(array) for array in arrays)
         if any(len(array) != length for array in arrays):
             notes.append(f"first {length} slices, which all datasets have")
-        times = times_of(held[0].about)[:length]
-        alike = [np.allclose(times_of(m.about)[:length], times) for m in held]
+        times = held[0].about.times[:length]
+        alike = [np.allclose(m.about.times[:length], times) for m in held]
         if not all(alike):
             timed, times = False, np.arange(length, dtype=np.float64)
             notes.append("by slice, as the datasets differ in their times")
@@ -103,7 +103,7 @@ def courses_of(
 
 
 def _clock(member: Member, timed: bool) -> np.ndarray:
-    times = times_of(member.about)
+    times = member.about.times
     return times if timed else np.arange(len(times), dtype=np.float64)
 
 
@@ -115,13 +115,14 @@ def _band(times: np.ndarray, values: np.ndarray, count: int) -> Curve:
     return Curve(f"mean of {count}, minimum to maximum", times, mean, low, high)
 
 
-def _strongest(arrays: list[np.ndarray], count: int) -> list[tuple[int, int]]:
+def _strongest(arrays: list[np.ndarray], count: int, same: bool) -> list[tuple[int, int]]:
+    """Of rows and columns of the same sensors a pair counts once, whatever its direction."""
     if count < 1:
         raise ValueError("at least one pair")
     means = np.stack([finite_mean(array)[0] for array in arrays])
     size = np.nan_to_num(np.abs(finite_mean(means)[0]), nan=-1.0)
     rows, columns = size.shape
-    if rows == columns:
+    if same:
         size = np.maximum(size, size.T)
         size[np.tril_indices(rows)] = -1.0
         if rows == 1:

@@ -34,7 +34,7 @@ def draw_heat(
     if threshold is not None:
         with np.errstate(invalid="ignore"):
             cells[np.abs(values) < threshold] = to_rgba(_BLANK)
-    if panel.square:
+    if panel.same:
         cells[np.diag_indices(len(panel.rows))] = to_rgba(NEUTRAL)
     axes.imshow(cells, interpolation="nearest", aspect="auto")
     height = side * values.shape[0] / max(values.shape)

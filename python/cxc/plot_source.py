@@ -10,7 +10,7 @@ import numpy as np
 
 from .containers import Group, Package
 from .dataset import Dataset
-from .exchange import labels_of, times_of
+from .labels import same_sensors
 
 COHERENCE = "magnitude-squared coherence"
 
@@ -38,12 +38,13 @@ class Panel:
     family: int = CONDITIONS
 
     @property
-    def square(self) -> bool:
-        return self.values.shape[0] == self.values.shape[1]
+    def same(self) -> bool:
+        """Whether rows and columns are the same sensors."""
+        return self.rows == self.columns
 
     def apart(self) -> np.ndarray:
         """The values of pairs of different sensors."""
-        if not self.square:
+        if not self.same:
             return self.values.ravel()
         return self.values[~np.eye(len(self.rows), dtype=bool)]
 
@@ -129,26 +130,27 @@ def means(
     labels: Sequence[str] | None = None,
     slices: Slices = None,
     time: tuple[float, float] | None = None,
-    square: str | None = None,
+    same: str | None = None,
 ) -> Shown:
     """A panel for each dataset: the mean of the slices that are asked for.
 
     Args:
-        labels: names of the sensors, for arrays; those of the datasets' notes when None.
+        labels: as for `names_of`.
         slices, time: as for `chosen_slices`.
-        square: name of a kind of picture that needs as many rows as columns.
+        same: name of a kind of picture that needs the same sensors as rows and as columns.
 
     Raises:
-        ValueError: nothing finite to show, not square, too many panels, no such slices.
+        ValueError: nothing finite to show, other columns than rows, too many panels, no such
+            slices.
     """
     if isinstance(source, np.ndarray):
-        return _of_array(source, labels, square)
+        return _of_array(source, labels, same)
     members = members_of(source)
     if len(members) > _MOST_PANELS:
         raise ValueError(f"{len(members)} datasets are too many for a picture; choose some")
     panels, lost = [], 0
     for member in members:
-        array = values_of(member, square)
+        array = values_of(member, same)
         picked = chosen_slices(member.about, slices, time)
         mean, without = finite_mean(array[picked])
         lost += without
@@ -166,7 +168,7 @@ def series(
     time: tuple[float, float] | None = None,
     count: int = 12,
     columns: int | None = None,
-    square: str | None = None,
+    same: str | None = None,
 ) -> Shown:
     """A panel for each slice: up to `count`, evenly spread; a row for each dataset of several."""
     members = members_of(source)
@@ -178,7 +180,7 @@ def series(
             raise ValueError(f"{len(members)} datasets are too many for a picture; choose some")
     grid, lost = [], 0
     for member in members:
-        array = values_of(member, square)
+        array = values_of(member, same)
         picked = chosen_slices(member.about, slices, time)
         if len(picked) > count:
             picked = picked[np.rint(np.linspace(0, len(picked) - 1, count)).astype(int)]
@@ -198,17 +200,20 @@ def series(
     return entitled(shown, source, members, over_time=True)
 
 
-def values_of(member: Member, square: str | None = None) -> np.ndarray:
-    """The values of a dataset that can be drawn, or ValueError."""
+def values_of(member: Member, same: str | None = None) -> np.ndarray:
+    """The values of a dataset that can be drawn, or ValueError; `same` as for `means`."""
     array = member.dataset.to_array() if member.dataset.header.has_grid() else np.empty(0)
     if array.size == 0:
         raise ValueError(f"{member.name}: the dataset holds no values")
-    if square is not None and array.shape[1] != array.shape[2]:
-        raise ValueError(
-            f"{member.name}: {square} needs as many row as column sensors, "
-            f"not {array.shape[1]} x {array.shape[2]}"
-        )
+    if same is not None and not same_sensors(member.about):
+        raise ValueError(f"{member.name}: {_needs_same(same, array.shape[1:])}")
     return array
+
+
+def _needs_same(kind: str, shape: tuple[int, ...]) -> str:
+    rows, columns = shape
+    size = f", not {rows} x {columns}" if rows != columns else ""
+    return f"{kind} needs the same sensors as rows and as columns{size}"
 
 
 def chosen_slices(
@@ -224,7 +229,7 @@ def chosen_slices(
         raise ValueError("either slices or time, not both")
     if time is not None:
         begin, end = (float(part) for part in time)
-        latencies = times_of(dataset)
+        latencies = dataset.times
         picked = np.flatnonzero((latencies >= begin) & (latencies <= end))
         if not picked.size:
             raise ValueError(
@@ -319,36 +324,37 @@ def entitled(shown: Shown, source, members: Iterable[Member], over_time: bool = 
     return shown
 
 
-def _of_array(values: np.ndarray, labels, square: str | None) -> Shown:
+def _of_array(values: np.ndarray, labels, same: str | None) -> Shown:
     if values.ndim != 2 or values.size == 0 or values.dtype.kind not in "fiu":
         raise ValueError("an array of real numbers, row sensors x column sensors")
-    if square is not None and values.shape[0] != values.shape[1]:
-        raise ValueError(
-            f"{square} needs as many row as column sensors, "
-            f"not {values.shape[0]} x {values.shape[1]}"
-        )
+    rows, columns = values.shape
+    if same is not None and rows != columns:
+        raise ValueError(_needs_same(same, values.shape))
     mean, lost = finite_mean(np.asarray(values, dtype=np.float64)[np.newaxis])
-    rows, columns = names_of(values.shape, labels, None)
-    shown = Shown([[Panel(mean, rows, columns)]], notes=_lost_note(lost))
+    numbers = [str(number) for number in range(1, max(rows, columns) + 1)]
+    names = names_of(labels, numbers[:rows], numbers[:columns])
+    shown = Shown([[Panel(mean, *names)]], notes=_lost_note(lost))
     shown.quantities = {CONDITIONS: COHERENCE}
     return shown
 
 
-def names_of(shape, labels, known: list[str] | None) -> tuple[list[str], list[str]]:
-    """Names of row and column sensors: those given, or known, or their numbers from 1."""
-    rows, columns = shape
-    if labels is not None:
-        given = [str(label) for label in labels]
-        if len(given) != rows:
-            raise ValueError(f"{len(given)} labels for {rows} sensors")
-        known = given
-    if known is None:
-        known = [str(r + 1) for r in range(rows)]
-    return known, known if rows == columns else [str(c + 1) for c in range(columns)]
+def names_of(
+    labels: Sequence[str] | None, rows: list[str], columns: list[str]
+) -> tuple[list[str], list[str]]:
+    """Names of row and column sensors: those known, or those given for the rows.
+
+    Given ones name the columns too, unless these are known to be other sensors.
+    """
+    if labels is None:
+        return rows, columns
+    given = [str(label) for label in labels]
+    if len(given) != len(rows):
+        raise ValueError(f"{len(given)} labels for {len(rows)} sensors")
+    return given, given if columns == rows else columns
 
 
 def _panel(member: Member, values: np.ndarray, when: str, labels) -> Panel:
-    rows, columns = names_of(values.shape, labels, labels_of(member.about))
+    rows, columns = names_of(labels, member.about.sensors, member.about.column_sensors)
     return Panel(values, rows, columns, member.name, when, member.family)
 
 

@@ -26,6 +26,7 @@ from .containers import Package
 from .dataset import Dataset
 from .errors import CommandError
 from .files import check_folder, whole_file
+from .labels import numbered
 from .study_runs import Outcomes, cores, locally, on_dask, package_name
 from .study_work import Outcome, Side, Subject, Task, difference
 
@@ -415,8 +416,7 @@ class _Group:
                 f"| {outcome.subject} | {active.recording} | {active.slices} "
                 f"| {control.recording} | {control.slices} |"
             )
-        numbered = ", ".join(f"{n} {label}" for n, label in enumerate(labels, 1))
-        lines += ["", "## Sensors", "", numbered]
+        lines += ["", "## Sensors", "", numbered(labels)]
         lines += ["", "## Slices", "", *_lengths(outcomes, slices)]
         lines += ["", "## Left out and without signal", "", *_remarks(outcomes)]
         lines += ["", "## Largest differences, mean of all slices of the average", ""]

@@ -16,24 +16,25 @@ _NONE = _LEVELS  # colour of what is no number
 _SIDE = 160
 
 
-def picture(matrix: npt.NDArray[np.float64], text: str) -> str:
+def picture(matrix: npt.NDArray[np.float64], text: str, *, same: bool) -> str:
     """An HTML image of a sensors x sensors matrix; `text` (escaped) for who cannot see it.
 
     Blue to red with white for 0 where there are negative values, else from light to dark. The
-    scale ends with the largest magnitude beside the diagonal.
+    scale ends with the largest magnitude, beside the diagonal where rows and columns are the same
+    sensors.
     """
     height = _SIDE * matrix.shape[0] // max(matrix.shape)
     width = _SIDE * matrix.shape[1] // max(matrix.shape)
-    data = base64.b64encode(_png(matrix)).decode()
+    data = base64.b64encode(_png(matrix, same)).decode()
     return (
         f'<img alt="{text}" title="{text}" width="{max(width, 1)}" height="{max(height, 1)}" '
         f'style="image-rendering:pixelated" src="data:image/png;base64,{data}">'
     )
 
 
-def _png(matrix: npt.NDArray[np.float64]) -> bytes:
+def _png(matrix: npt.NDArray[np.float64], same: bool) -> bytes:
     finite = np.isfinite(matrix)
-    beside = finite & ~np.eye(matrix.shape[0], matrix.shape[1], dtype=bool)
+    beside = finite & ~np.eye(matrix.shape[0], dtype=bool) if same else finite
     counted = matrix[beside if beside.any() else finite]
     top = float(np.abs(counted).max(initial=0.0)) or 1.0
     signed = bool((counted < 0).any())

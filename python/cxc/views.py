@@ -8,6 +8,7 @@ from typing import TYPE_CHECKING, Any, Iterable, Sequence
 import numpy as np
 import numpy.typing as npt
 
+from .labels import same_sensors
 from .thumbnail import picture
 
 if TYPE_CHECKING:
@@ -208,7 +209,9 @@ def html_of(dataset: Dataset) -> str:
         least, most = dataset.range(0, slices - 1)  # leaves the cached range alone
         lines.append(("values", f"{least:g} to {most:g}"))
         if max(rows, columns) <= _MOST_PICTURED:
-            image = picture(_mean(dataset), "Mean over the selected slices")
+            image = picture(
+                _mean(dataset), "Mean over the selected slices", same=same_sensors(dataset)
+            )
     lines.append(("note", dataset.note))
     return _table(dataset.name, lines, image)
 

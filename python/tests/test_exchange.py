@@ -96,7 +96,7 @@ def test_channel_numbers_that_no_format_holds_are_told(tmp_path):
     ],
 )
 def test_sensors_are_named_by_the_note_or_their_numbers(line, labels):
-    assert exchange.labels_of(make_dataset(note="How\n" + line)) == labels
+    assert make_dataset(note="How\n" + line).sensors == labels
 
 
 def test_an_edited_part_tells_its_own_sensors_and_times(tmp_path):
@@ -107,7 +107,7 @@ def test_an_edited_part_tells_its_own_sensors_and_times(tmp_path):
     fields["labels"], fields["time"] = fields["labels"][1:], fields["time"][1:]
     np.savez(path, **fields)
     part = exchange.from_numpy(path)
-    assert exchange.labels_of(part) == LABELS[1:]
+    assert part.sensors == LABELS[1:]
     assert part.note.startswith("How\n\n  it was computed \nSensors: 1 Cz, ref, 2 O")
     assert part.sampling_rate == 2.0 and part.latency == (2.0, 2.5)
     assert part.channels_a[:, 0].tolist() == part.channels_b[0].tolist() == [1, 2, 3]
@@ -131,15 +131,74 @@ def test_numpy_arrays_become_datasets(tmp_path):
     np.testing.assert_array_equal(exchange.from_numpy(path).to_array(), values[:1])
 
 
+OTHER_COLUMNS = [([0, 1], [1, 2, 3]), ([0, 1], [2, 3]), ([0, 1], [1, 0])]
+
+
+def described(dataset):
+    arrays = dataset.to_array(), dataset.channels_a, dataset.channels_b
+    about = dataset.name, dataset.note, dataset.band, dataset.latency, dataset.sampling_rate
+    return [array.tolist() for array in arrays], about, dataset.channel_type
+
+
 def test_a_grid_that_is_not_square_goes_where_it_can_be_told(tmp_path):
-    values = np.arange(1.0, 13.0).reshape(2, 2, 3)
-    dataset = cxc.Dataset.from_array(values)
-    for write in (exchange.to_netcdf, exchange.to_matlab, exchange.to_graphml):
-        with pytest.raises(CommandError, match="a: rows and columns differ"):
-            write(dataset, str(tmp_path / "a"))
+    dataset = cxc.Dataset.from_array(np.arange(1.0, 13.0).reshape(2, 2, 3))
+    dataset.save(tmp_path / "a.cxc")
+    exchange.convert(str(tmp_path / "a.cxc"), str(tmp_path / "a.npz"))
+    back = exchange.convert(str(tmp_path / "a.npz"), str(tmp_path / "b.cxc"))
+    assert (back.sensors, back.column_sensors) == (["1", "2"], ["1", "2", "3"])
+    assert described(back) == described(dataset)
+
+
+@pytest.mark.parametrize("rows, columns", OTHER_COLUMNS)
+def test_columns_that_are_other_sensors_come_back_from_numpy(tmp_path, rows, columns):
+    part = make_dataset().select(rows=rows, columns=columns)
+    part.save(tmp_path / "a.cxc")
+    exchange.convert(str(tmp_path / "a.cxc"), str(tmp_path / "a.npz"))
+    arrays = np.load(tmp_path / "a.npz")
+    assert arrays["labels"].tolist() == [LABELS[i] for i in rows]
+    assert arrays["column_labels"].tolist() == [LABELS[i] for i in columns]
+    back = exchange.convert(str(tmp_path / "a.npz"), str(tmp_path / "b.cxc"))
+    assert described(back) == described(part)
+
+
+def test_column_names_are_written_where_they_are_not_those_of_the_rows(tmp_path):
+    exchange.to_npz(make_dataset(), str(tmp_path / "a.npz"))
+    assert "column_labels" not in np.load(tmp_path / "a.npz")
+
+
+@pytest.mark.parametrize("write", [exchange.to_netcdf, exchange.to_matlab, exchange.to_graphml])
+@pytest.mark.parametrize("rows, columns", OTHER_COLUMNS)
+def test_a_format_with_one_list_of_sensors_takes_no_other_columns(tmp_path, write, rows, columns):
+    part = make_dataset().select(rows=rows, columns=columns)
+    with pytest.raises(CommandError, match="a: rows and columns are not the same sensors"):
+        write(part, str(tmp_path / "a"))
     assert not list(tmp_path.iterdir())
-    exchange.to_npz(dataset, str(tmp_path / "a.npz"))
-    np.testing.assert_array_equal(exchange.from_numpy(str(tmp_path / "a.npz")).to_array(), values)
+
+
+@pytest.mark.parametrize("ending", ["nc", "mat", "npz"])
+def test_a_part_of_the_same_sensors_comes_back_with_their_names(tmp_path, ending):
+    part = make_dataset().select(rows=[2, 1], columns=[2, 1])
+    part.save(tmp_path / "a.cxc")
+    exchange.convert(str(tmp_path / "a.cxc"), str(tmp_path / f"a.{ending}"))
+    back = exchange.convert(str(tmp_path / f"a.{ending}"), str(tmp_path / "b.cxc"))
+    assert back.sensors == back.column_sensors == [LABELS[2], LABELS[1]]
+    assert described(back) == described(part)
+
+
+def test_edited_names_of_columns_replace_those_of_the_note(tmp_path):
+    path = str(tmp_path / "a.npz")
+    exchange.to_npz(make_dataset().select(rows=[0, 1], columns=[2, 3]), path)
+    fields = dict(np.load(path))
+    fields["column_labels"] = np.array(["new\nname", ""])
+    np.savez(path, **fields)
+    back = exchange.from_numpy(path)
+    assert (back.sensors, back.column_sensors) == (LABELS[:2], ["new name", "2"])
+    assert "Row sensors: 1 Fp1, 2 Cz, ref\nColumn sensors: 1 new name, 2 2" in back.note
+    del fields["column_labels"]  # so the columns are the rows' sensors
+    np.savez(path, **fields)
+    back = exchange.from_numpy(path)
+    assert back.sensors == back.column_sensors == LABELS[:2]
+    assert "Row sensors" not in back.note and "Column sensors" not in back.note
 
 
 @pytest.mark.parametrize("name", ["a.nc", "a.mat", "a.npz", "a.csv", "a.graphml"])
@@ -164,6 +223,10 @@ def test_a_dataset_without_values_is_refused(tmp_path, name):
         ({"values": np.zeros((3, 2, 2)), "time": [1, 2, 9]}, "do not go up in equal steps"),
         ({"values": np.zeros((2, 2, 2)), "time": [2, 1]}, "do not go up in equal steps"),
         ({"values": np.zeros((2, 2, 2)), "labels": ["a"]}, "names 1 sensors"),
+        (
+            {"values": np.zeros((1, 2, 3)), "column_labels": ["a", "b"]},
+            "names 2 column sensors, but the matrix has 3 columns",
+        ),
         ({"values": np.zeros((2, 2, 2)), "band": "high"}, "could not convert string"),
         ({"values": np.zeros((2, 2, 2)), "channel_type": 9}, "channel_type is 9"),
         ({"values": np.zeros((2, 2, 2)), "row_channels": ["x", "y"]}, "invalid literal"),

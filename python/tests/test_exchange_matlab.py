@@ -99,7 +99,7 @@ def test_structures_of_other_origin_become_datasets(tmp_path):
     made = read(tmp_path)
     np.testing.assert_array_equal(made.to_array()[1], [[1.0, 4.0], [7.0, 10.0]])
     assert made.sampling_rate == 2.0 and made.latency == (0.0, 1.0)
-    assert made.band == (10.0, 10.0) and exchange.labels_of(made) == ["A", "B"]
+    assert made.band == (10.0, 10.0) and made.sensors == ["A", "B"]
     assert made.channels_a.tolist() == [[1, 1], [2, 2]]
     values = np.arange(4.0).reshape(2, 2)
     one = read(tmp_path, dimord="chan_chan", cohspctrm=None, plvspctrm=values)

@@ -73,7 +73,7 @@ def test_what_h5py_has_edited_becomes_a_dataset(path):
     expected[1, 1, 2] = 7.0
     np.testing.assert_array_equal(back.to_array(), expected)
     assert back.band == (8.0, 13.0) and back.latency == (1.5, 2.75)
-    assert exchange.labels_of(back) == LABELS
+    assert back.sensors == LABELS
 
 
 def saved(path, values, dims, attributes=None, **coordinates):

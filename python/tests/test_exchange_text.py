@@ -36,6 +36,19 @@ def test_pandas_reads_the_matrix_back(tmp_path):
     assert second.loc["Cz, ref", "Fp1"] == dataset.value(1, 1, 0)
 
 
+@pytest.mark.parametrize("columns", [[1, 2, 3], [2, 3]])
+def test_csv_names_rows_and_columns_that_are_not_the_same_sensors(tmp_path, columns):
+    whole, path = make_dataset(), str(tmp_path / "a.csv")
+    exchange.to_csv(whole.select(rows=[0, 1], columns=columns), path)
+    table = pandas.read_csv(path, float_precision="round_trip")
+    assert len(table) == 3 * 2 * len(columns)
+    for line in table.itertuples(index=False, name=None):
+        told = dict(zip(table.columns, line))
+        row, column = LABELS.index(told["from"]), LABELS.index(told["to"])
+        assert told["value"] == whole.value(told["slice"], row, column)
+        assert (told["row_channel"], told["column_channel"]) == (11 + row, 11 + column)
+
+
 def test_csv_leaves_latencies_out_where_there_is_no_rate(tmp_path):
     path = tmp_path / "a.csv"
     exchange.to_csv(cxc.Dataset.from_array(np.array([[[0.5, 2.0], [3.0, 4.0]]])), str(path))

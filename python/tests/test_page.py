@@ -508,6 +508,14 @@ def test_other_sensors_across_have_no_circle(browser, tmp_path):
     assert len(listed(browser)) == 10
 
 
+def test_as_many_other_sensors_across_are_no_circle_either(browser, tmp_path):
+    show(browser, tmp_path, network(sensors=20).select(rows=[0, 1], columns=[5, 6]))
+    assert not get(browser, "circleButton").is_enabled()
+    assert (names(browser, "row"), names(browser, "column")) == (["E0", "E1"], ["E5", "E6"])
+    assert GREY not in [pixel(browser, 0, 0), pixel(browser, 1, 1)]
+    assert len(listed(browser)) == 4
+
+
 def test_a_package_shows_its_classes(browser, tmp_path):
     from selenium.webdriver.common.keys import Keys
 

@@ -155,8 +155,80 @@ def test_matrices_that_are_not_square_have_a_heat_map_and_a_course_only():
     (axes,) = panels(plot.course(shown, pairs=[(1, 4)]))
     np.testing.assert_array_equal(axes.lines[0].get_ydata(), values[:, 1, 4])
     for draw in (plot.circle, plot.head, DRAW["seed"]):
-        with pytest.raises(ValueError, match="2 x 5"):
+        with pytest.raises(ValueError, match="same sensors as rows and as columns, not 2 x 5"):
             draw(shown)
+
+
+def tick_names(axes):
+    """Of rows and of columns."""
+    both = axes.yaxis, axes.xaxis
+    return [[label.get_text() for label in axis.get_ticklabels()] for axis in both]
+
+
+@pytest.mark.parametrize("columns", [["Fp2", "O1", "Cz"], ["O1", "O2"], ["Fp2", "Fp1"]])
+def test_a_heat_map_names_and_colours_columns_that_are_other_sensors(columns):
+    part = dataset().select(rows=["Fp1", "Fp2"], columns=columns)
+    (axes,) = panels(plot.heatmap(part))
+    assert tick_names(axes) == [["Fp1", "Fp2"], columns]
+    # No pair is one of a sensor with itself because of its place.
+    assert not (cells(axes) == to_rgba(NEUTRAL)).all(axis=2).any()
+    (axes,) = panels(plot.heatmap(part, ["A", "B"], None))
+    assert tick_names(axes) == [["A", "B"], columns]
+
+
+def test_panels_of_other_columns_have_names_of_their_own():
+    held = cxc.Group(
+        dataset().select(rows=["Fp1", "Fp2"], columns=columns)
+        for columns in (["O1", "O2"], ["C3", "C4"])
+    )
+    first, second = panels(plot.heatmap(held))
+    assert tick_names(first) == [["Fp1", "Fp2"], ["O1", "O2"]]
+    assert tick_names(second) == [["Fp1", "Fp2"], ["C3", "C4"]]
+
+
+def test_given_labels_name_rows_and_columns_of_the_same_sensors():
+    (axes,) = panels(plot.heatmap(dataset(labels=SITES[:2]), labels=["A", "B"]))
+    assert tick_names(axes) == [["A", "B"], ["A", "B"]]
+    with pytest.raises(ValueError, match="3 labels for 2 sensors"):
+        plot.heatmap(dataset(labels=SITES[:2]), labels=["A", "B", "C"])
+
+
+@pytest.mark.parametrize("kind", ["circle", "head", "seed"])
+def test_pictures_of_one_set_of_sensors_take_no_other_columns(kind):
+    part = dataset().select(rows=["Fp1", "Fp2"], columns=["O1", "O2"])
+    with pytest.raises(ValueError, match="a name: .* needs the same sensors as rows and as col"):
+        DRAW[kind](part)
+    with pytest.raises(ValueError, match="needs the same sensors"):
+        plot.multiples(part, of="circle")
+
+
+@pytest.mark.parametrize("columns", [["Fp2", "O1", "Cz"], ["O1", "O2"]])
+def test_a_course_names_and_finds_columns_that_are_other_sensors(columns):
+    whole = dataset()
+    part = whole.select(rows=["Fp1", "Fp2"], columns=columns)
+    figure = plot.course(part, pairs=[("Fp2", columns[0]), ("Fp1", columns[1])])
+    (axes,) = panels(figure)
+    for line, (row, column) in zip(axes.lines, [(1, columns[0]), (0, columns[1])]):
+        np.testing.assert_array_equal(line.get_ydata(), whole.pair(row, SITES.index(column)))
+    named = {f"Fp2 \u2013 {columns[0]}", f"Fp1 \u2013 {columns[1]}"}
+    assert named <= set(words(figure).split("\n"))
+    with pytest.raises(ValueError, match="there is no sensor 'Fp1'"):
+        plot.course(part, pairs=[("Fp1", "Fp1")])
+
+
+def test_a_course_takes_the_strongest_of_all_pairs_where_columns_are_other_sensors():
+    values = np.array([[[0.9, 0.1], [0.2, 0.8]]])
+    part = cxc.Dataset.from_array(values, sensors=["A", "B"])
+    part.note = "Row sensors: 1 A, 2 B\nColumn sensors: 1 C, 2 D"
+    assert {"A \u2013 C", "B \u2013 D"} <= set(words(plot.course(part, lines=2)).split("\n"))
+
+
+def test_a_course_says_so_where_the_datasets_name_their_sensors_differently():
+    held = cxc.Group([dataset(labels=["A", "B"]), dataset(labels=["A", "C"], seed=2)])
+    told = "name their sensors differently"
+    assert told in words(plot.course(held)).replace("\n", " ")
+    assert told not in words(plot.course(held, labels=["A", "B"])).replace("\n", " ")
+    assert told not in words(plot.course(group())).replace("\n", " ")
 
 
 def test_a_package_has_one_scale_for_its_conditions_and_one_for_the_difference():

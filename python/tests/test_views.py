@@ -162,6 +162,17 @@ def test_sensors_have_names_numbers_or_positions(dataset):
             plain.sensors = names
 
 
+@pytest.mark.parametrize("end", ["\n", "\r\n", "\r", "\x0b", "\u2028"])
+def test_new_names_replace_those_of_the_note_whatever_ends_its_lines(dataset, end):
+    dataset.note = f"How{end}Sensors: 1 A, 2 B, 3 C{end}more"
+    dataset.sensors = ["D", "E", "F"]
+    assert dataset.sensors == dataset.column_sensors == ["D", "E", "F"]
+    assert dataset.note == f"How{end}more\nSensors: 1 D, 2 E, 3 F"
+    dataset.note = f"How{end}Row sensors: 1 A, 2 B, 3 C{end}Column sensors: 1 B, 2 C, 3 D"
+    dataset.sensors = ["D", "E", "F"]
+    assert dataset.sensors == dataset.column_sensors == ["D", "E", "F"]
+
+
 def test_the_slices_can_be_walked(dataset):
     assert [matrix[0, 1] for matrix in dataset] == dataset.to_array()[:, 0, 1].tolist()
 
@@ -247,6 +258,16 @@ def test_pictures_of_differences_have_white_in_the_middle():
     shown = pixels(cxc.Dataset.from_array(matrix[None])._repr_html_())
     assert shown[0, 0].min() > 235
     assert shown[0, 1].argmax() == 2 and shown[1, 0].argmax() == 0
+
+
+def test_pictures_count_the_diagonal_where_columns_are_other_sensors():
+    matrix = np.array([[1.0, 0.25], [0.25, 1.0]])
+    same = cxc.Dataset.from_array(matrix[None])
+    other = cxc.Dataset.from_array(matrix[None])
+    other.note = "Row sensors: 1 A, 2 B\nColumn sensors: 1 C, 2 D"
+    of_same, of_other = pixels(same._repr_html_()), pixels(other._repr_html_())
+    assert of_same[0, 1].tolist() == of_same[0, 0].tolist()  # the scale ends with 0.25
+    assert of_other[0, 1].sum() > of_other[0, 0].sum()
 
 
 def test_large_datasets_are_shown_without_waiting_for_their_values(monkeypatch, dataset):
