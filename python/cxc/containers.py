@@ -12,8 +12,9 @@ from typing import TYPE_CHECKING, Any, Iterable, Iterator, TypeVar, overload
 
 from . import _core
 from .alike import describe_like, warn_of_differences
-from .dataset import Dataset, Progress, save_record
+from .dataset import Dataset
 from .forwarded import forwarded
+from .record import Progress, Record
 
 if TYPE_CHECKING:
     import pandas
@@ -30,7 +31,7 @@ def _wrapped(core: _core.Dataset | None) -> Dataset | None:
 Container = TypeVar("Container", bound="_Container")
 
 
-class _Container:
+class _Container(Record):
     """What the records of packages and groups have in common."""
 
     _core: _core.Package | _core.Group
@@ -42,16 +43,6 @@ class _Container:
     current = forwarded[int](
         "current", "Current class or index, -1 for none; stored and restored as it stands."
     )
-
-    def save(
-        self,
-        path: str | os.PathLike[str],
-        *,
-        overwrite: bool = True,
-        progress: Progress | None = None,
-    ) -> None:
-        """Writes the record to `path`, whole or not at all, as `Dataset.save`."""
-        save_record(self._core, path, overwrite, progress)
 
     @classmethod
     def open(

@@ -5,7 +5,7 @@ from __future__ import annotations
 import errno
 import operator
 import os
-from typing import TYPE_CHECKING, Callable, Iterator, Sequence, Union
+from typing import TYPE_CHECKING, Iterator, Sequence, Union
 
 import numpy as np
 import numpy.typing as npt
@@ -14,17 +14,13 @@ from . import _core
 from .files import whole_file
 from .forwarded import forwarded, forwarded_color
 from .labels import column_names, row_names, times_of, with_names
+from .record import Progress, Record
 
 if TYPE_CHECKING:
     import pandas
     import xarray
 
-Progress = Callable[[int, int], object]
-"""Told how far a call is, and of how much, some times a second and at the end.
-
-What it raises ends the call, as Ctrl-C does in the main thread. It may look at datasets, but not
-change one or make another call of the library.
-"""
+_Core = _core.Dataset
 
 Indices = Union[int, slice, Sequence[int], npt.NDArray[np.integer], npt.NDArray[np.bool_]]
 Sensors = Union[Sequence[Union[int, str]], slice, npt.NDArray[np.integer], npt.NDArray[np.bool_]]
@@ -43,7 +39,7 @@ def slice_count(points: int, step: int, window: int) -> int:
     return _core.slice_count(points, step, window)
 
 
-class Dataset:
+class Dataset(Record):
     """One analysis: values[t, r, c] for slice t and the sensor pair (r, c).
 
     Arrays are copied on the way in and out, so nothing refers to memory of a dataset that is
@@ -56,10 +52,12 @@ class Dataset:
     nothing at all; all others finish what they began before Ctrl-C takes effect.
     """
 
-    def __init__(self, core: _core.Dataset | None = None) -> None:
+    _core: _Core
+
+    def __init__(self, core: _Core | None = None) -> None:
         self._core = core if core is not None else _core.Dataset()
 
-    # -- making, opening, saving
+    # -- making, opening, exporting
 
     @classmethod
     def from_array(
@@ -122,30 +120,6 @@ class Dataset:
     def open(cls, path: str | os.PathLike[str], *, progress: Progress | None = None) -> Dataset:
         """Reads a `.cxc` file of any version the library knows; `progress` is in bytes."""
         return cls(_core.Dataset.load(os.fsencode(path), progress))
-
-    def save(
-        self,
-        path: str | os.PathLike[str],
-        *,
-        overwrite: bool = True,
-        progress: Progress | None = None,
-    ) -> None:
-        """Writes the dataset to `path` in the current version.
-
-        The file is written under another name in the same folder, flushed to the disk and then
-        renamed: `path` is either as it was or complete. A file that is replaced keeps its
-        permissions, a symbolic link stays one.
-
-        Args:
-            path: by custom with the ending `.cxc`.
-            overwrite: whether an existing file may be replaced.
-            progress: in bytes, whose number is known roughly before the end.
-
-        Raises:
-            FileExistsError: without `overwrite`, where `path` exists.
-            OSError: `path` is a folder, a device or a pipe, or cannot be written.
-        """
-        save_record(self._core, path, overwrite, progress)
 
     def export_text(
         self,
@@ -393,7 +367,7 @@ class Dataset:
         self._core.row, self._core.column = value
 
     @property
-    def header(self) -> _core.Dataset:
+    def header(self) -> _Core:
         """Every stored header field under its own name (`header_int0`, `largest_slice_count`)."""
         return self._core
 
@@ -560,14 +534,3 @@ def _position(sensor: int | str, names: list[str]) -> int:
 
 def _is_all(indices: npt.NDArray[np.integer], names: list[str]) -> bool:
     return np.array_equal(indices, np.arange(len(names)))
-
-
-def save_record(
-    core: _core.Dataset | _core.Package | _core.Group,
-    path: str | os.PathLike[str],
-    overwrite: bool,
-    progress: Progress | None = None,
-) -> None:
-    """Saves a dataset, package or group whole or not at all, as `Dataset.save` says."""
-    with whole_file(path, overwrite=overwrite) as draft:
-        core.save(os.fsencode(draft), progress)

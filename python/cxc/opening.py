@@ -5,7 +5,8 @@ from __future__ import annotations
 import os
 
 from .containers import Group, Package
-from .dataset import Dataset, Progress
+from .dataset import Dataset
+from .record import Progress
 
 _KINDS: dict[str, type[Dataset] | type[Package] | type[Group]] = {
     "MEGCOHPTS": Dataset,
