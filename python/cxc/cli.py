@@ -93,8 +93,7 @@ def _parser() -> argparse.ArgumentParser:
         "compute", help="coherence of every sensor pair of a recording, as a .cxc file"
     )
     compute.add_argument("recording", help="any recording that MNE reads")
-    compute.add_argument("-o", "--output", help="default: the recording's name with .cxc, here")
-    compute.add_argument("--force", action="store_true", help="replace an existing output")
+    _add_output(compute, ".cxc", of="recording")
     _add_analysis(compute)
     compute.set_defaults(run=_compute)
 
@@ -148,7 +147,7 @@ def _parser() -> argparse.ArgumentParser:
         help="a dataset, package or group as one HTML file to browse: heat maps, circles, courses",
     )
     page.add_argument("file", help="a dataset, a package or a group")
-    page.add_argument("-o", "--output", help="default: the file's name with .html, here")
+    _add_output(page, ".html")
     page.add_argument(
         "--limits", nargs=2, type=float, metavar=("LOW", "HIGH"),
         help="values at the ends of the colours; default: those of all datasets",
@@ -157,7 +156,6 @@ def _parser() -> argparse.ArgumentParser:
         "--difference-limits", nargs=2, type=float, metavar=("LOW", "HIGH"),
         help="the same for Act-Ctl of a package",
     )  # fmt: skip
-    page.add_argument("--force", action="store_true", help="replace an existing output")
     page.set_defaults(run=_page)
 
     convert = commands.add_parser(
@@ -203,8 +201,7 @@ def _add_plot(commands) -> None:
         "all others; course: pairs over time; multiples: single slices beside each other",
     )  # fmt: skip
     plot.add_argument("file", help="a .cxc file, a package or a group")
-    plot.add_argument("-o", "--output", help="default: the file's name with .png, here")
-    plot.add_argument("--force", action="store_true", help="replace an existing output")
+    _add_output(plot, ".png")
     which = plot.add_mutually_exclusive_group()
     which.add_argument(
         "--slices", type=_slices, metavar="FIRST-LAST",
@@ -246,6 +243,19 @@ def _slices(text: str) -> slice | int:
     return slice(int(first), int(last) + 1) if dash else int(first)
 
 
+def _add_output(parser: argparse.ArgumentParser, ending: str, of: str = "file") -> None:
+    parser.add_argument("-o", "--output", help=f"default: the {of}'s name with {ending}, here")
+    parser.add_argument("--force", action="store_true", help="replace an existing output")
+
+
+def _output_of(options: argparse.Namespace, source: str, ending: str) -> str:
+    """Where to write, found out to be writable."""
+    stem = os.path.splitext(os.path.basename(os.path.normpath(source)))[0]
+    output = options.output or stem + ending
+    check_output(output, options.force)
+    return output
+
+
 def _add_analysis(parser: argparse.ArgumentParser) -> None:
     parser.add_argument(
         "--band", nargs=2, type=float, default=(8.0, 13.0), metavar=("LOW", "HIGH"),
@@ -279,11 +289,7 @@ def analysis_of(options: argparse.Namespace) -> dict:
 def _compute(options: argparse.Namespace) -> None:
     from .compute import compute
 
-    output = options.output
-    if output is None:
-        stem = os.path.splitext(os.path.basename(os.path.normpath(options.recording)))[0]
-        output = stem + ".cxc"
-    check_output(output, options.force)
+    output = _output_of(options, options.recording, ".cxc")
     result = compute(options.recording, progress=progress, **analysis_of(options))
     dataset = result.dataset()
     dataset.save(output, overwrite=options.force)
@@ -329,9 +335,7 @@ def _page(options: argparse.Namespace) -> None:
     from .opening import open_file
     from .page import write_page
 
-    stem = os.path.splitext(os.path.basename(os.path.normpath(options.file)))[0]
-    output = options.output or stem + ".html"
-    check_output(output, options.force)
+    output = _output_of(options, options.file, ".html")
     source = open_file(options.file)
     try:
         write_page(
@@ -347,9 +351,7 @@ def _plot(options: argparse.Namespace) -> None:
     from . import plot
     from .opening import open_file
 
-    stem = os.path.splitext(os.path.basename(os.path.normpath(options.file)))[0]
-    output = options.output or stem + ".png"
-    check_output(output, options.force)
+    output = _output_of(options, options.file, ".png")
     given = {
         "slices": options.slices, "time": options.time, "limits": options.limits,
         "top": options.top, "threshold": options.threshold, "lines": options.lines,
