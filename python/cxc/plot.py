@@ -222,7 +222,7 @@ def seed(
     """
     common = _common(options)
     shown = means(source, labels=labels, slices=slices, time=time, same="a seed map")
-    indices = [_seed_index(panel, sensor) for panel in shown.panels]
+    indices = [sensor_index(panel.rows, sensor) for panel in shown.panels]
     name = shown.panels[0].rows[indices[0]]
     shown.title = f"{name} with all others: {shown.title}" if shown.title else name
     if not any(
@@ -652,11 +652,10 @@ def _lines_of(
         there = None if usable is None else usable[number]
         drawn.append(strongest(panel, wanted, threshold, there))
     most = max(map(len, drawn))
+    above = f" at or above {threshold:g}" if threshold is not None else ""
     if most == 0:
-        above = f" at or above {threshold:g}" if threshold is not None else ""
         shown.notes.append(f"no pair{above}, so no lines")
     else:
-        above = f" at or above {threshold:g}" if threshold is not None else ""
         each = " in each panel" if len(drawn) > 1 else ""
         shown.notes.append(f"up to {most} strongest pairs{above}{each}" if each else (
             f"{most} strongest pair{'s' if most > 1 else ''}{above}"))  # fmt: skip
@@ -693,14 +692,6 @@ def _places(shown: Shown, positions: Any) -> list[np.ndarray]:
         shown.notes.extend(note)
         warnings.warn(note[0], UserWarning, stacklevel=4)
     return [known[tuple(panel.rows)] for panel in shown.panels]
-
-
-def _seed_index(panel: Panel, sensor: int | str) -> int:
-    if isinstance(sensor, str):
-        return sensor_index(panel.rows, sensor)
-    if not 0 <= sensor < len(panel.rows):
-        raise ValueError(f"there is no sensor {sensor}; they count from 0 to {len(panel.rows) - 1}")
-    return int(sensor)
 
 
 def _without(values: np.ndarray, seed: int) -> np.ndarray:

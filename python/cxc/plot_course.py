@@ -11,7 +11,7 @@ from matplotlib.ticker import MaxNLocator
 
 from .containers import Group
 from .plot_scale import FAINT, INK, LINE_COLOURS, Scale
-from .plot_source import DIFFERENCES, Member, finite_mean, names_of, values_of
+from .plot_source import DIFFERENCES, Member, finite_mean, lost_note, names_of, values_of
 
 _STYLES = ("-", "--", ":", "-.")
 
@@ -60,15 +60,12 @@ def courses_of(
     if pairs is None:
         chosen = _strongest(arrays, count, same=rows == columns)
     else:
-        chosen = [(_index(rows, a), _index(columns, b)) for a, b in pairs]
+        chosen = [(sensor_index(rows, a), sensor_index(columns, b)) for a, b in pairs]
     if not chosen:
         raise ValueError("no finite value to show")
     timed = all(member.about.sampling_rate > 0 for member in held)
     names = [f"{rows[r]} \u2013 {columns[c]}" for r, c in chosen]
-    notes = []
-    if lost:
-        many = "values that are" if lost > 1 else "value that is"
-        notes.append(f"{lost} {many} no finite number left out")
+    notes = lost_note(lost)
     if labels is None and any(names != known[0] for names in known):
         notes.append("the datasets name their sensors differently; names are those of the first")
     panels: list[tuple[str, list[Curve]]] = []
@@ -133,22 +130,18 @@ def _strongest(arrays: list[np.ndarray], count: int, same: bool) -> list[tuple[i
     ]
 
 
-def _index(labels: list[str], sensor) -> int:
-    if isinstance(sensor, str):
-        return sensor_index(labels, sensor)
-    if not 0 <= sensor < len(labels):
-        raise ValueError(f"there is no sensor {sensor}; they count from 0 to {len(labels) - 1}")
-    return int(sensor)
-
-
-def sensor_index(labels: list[str], name: str) -> int:
-    """The sensor of that name, small and capital letters alike where that is no matter."""
-    if name in labels:
-        return labels.index(name)
-    alike = [i for i, label in enumerate(labels) if label.lower() == name.lower()]
+def sensor_index(labels: list[str], sensor: int | str) -> int:
+    """By index from 0, or by name, small and capital letters alike where that is no matter."""
+    if not isinstance(sensor, str):
+        if not 0 <= sensor < len(labels):
+            raise ValueError(f"there is no sensor {sensor}; they count from 0 to {len(labels) - 1}")
+        return int(sensor)
+    if sensor in labels:
+        return labels.index(sensor)
+    alike = [i for i, label in enumerate(labels) if label.lower() == sensor.lower()]
     if len(alike) != 1:
         few = ", ".join(labels[:8]) + (" ..." if len(labels) > 8 else "")
-        raise ValueError(f"there is no sensor {name!r}; there are {few}")
+        raise ValueError(f"there is no sensor {sensor!r}; there are {few}")
     return alike[0]
 
 

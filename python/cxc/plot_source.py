@@ -155,7 +155,7 @@ def means(
         mean, without = finite_mean(array[picked])
         lost += without
         panels.append(_panel(member, mean, describe_slices(member.about, picked), labels))
-    shown = Shown([panels], notes=_lost_note(lost))
+    shown = Shown([panels], notes=lost_note(lost))
     _require_finite(shown)
     return entitled(shown, source, members)
 
@@ -195,7 +195,7 @@ def series(
         row = grid[0]
         wide = columns or (len(row) if len(row) <= 3 else 4 if len(row) != 5 else 3)
         grid = [row[i : i + wide] for i in range(0, len(row), wide)]
-    shown = Shown(grid, notes=_lost_note(lost))
+    shown = Shown(grid, notes=lost_note(lost))
     _require_finite(shown)
     return entitled(shown, source, members, over_time=True)
 
@@ -333,7 +333,7 @@ def _of_array(values: np.ndarray, labels, same: str | None) -> Shown:
     mean, lost = finite_mean(np.asarray(values, dtype=np.float64)[np.newaxis])
     numbers = [str(number) for number in range(1, max(rows, columns) + 1)]
     names = names_of(labels, numbers[:rows], numbers[:columns])
-    shown = Shown([[Panel(mean, *names)]], notes=_lost_note(lost))
+    shown = Shown([[Panel(mean, *names)]], notes=lost_note(lost))
     shown.quantities = {CONDITIONS: COHERENCE}
     return shown
 
@@ -358,7 +358,8 @@ def _panel(member: Member, values: np.ndarray, when: str, labels) -> Panel:
     return Panel(values, rows, columns, member.name, when, member.family)
 
 
-def _lost_note(lost: int) -> list[str]:
+def lost_note(lost: int) -> list[str]:
+    """A line for the caption where values were left out."""
     if not lost:
         return []
     return [f"{lost} value{'s that are' if lost > 1 else ' that is'} no finite number left out"]
