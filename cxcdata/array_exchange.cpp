@@ -3,28 +3,21 @@
 #include "cxcdata/allocation.h"
 #include "cxcdata/grid.h"
 #include "cxcdata/prefetch.h"
-#include "cxcdata/two_doubles.h"
+#include "cxcdata/transpose.h"
 
 #include <algorithm>
 #include <atomic>
 #include <cstddef>
 #include <exception>
 #include <thread>
-#include <type_traits>
 
 namespace cxc {
 namespace {
 
-// A tile is as many columns of the array as are taken together, over a stretch of slices: few
-// enough that the cache holds them all even where they lie a power of two apart. Filling fetches
-// the tile beside the one it works on, which the machine does not do for so many slices. Reading
-// back finishes a block of slices of its columns before it turns to the next ones, so that each
-// vector is read in one go.
+// Filling fetches the tile beside the one it works on, which the machine does not do for so many
+// slices.
 constexpr __int64 fillColumns = 64;
 constexpr __int64 fillSlices = 32;
-constexpr __int64 copyColumns = 32;
-constexpr __int64 copySlices = 16;
-constexpr __int64 blockSlices = 128;
 
 // The part of the array that belongs to one row of pairs: slice t begins at first + t * stride.
 template <class Element>
@@ -33,50 +26,13 @@ struct Row {
     __int64 stride;  // elements from one slice to the next
 };
 
-// Two slices of two vectors are two rows of two elements.
-void transposeSquare(const double* from0, const double* from1, double* to0, double* to1) {
-    const TwoDoubles a = TwoDoubles::load(from0);
-    const TwoDoubles b = TwoDoubles::load(from1);
-    firsts(a, b).store(to0);
-    seconds(a, b).store(to1);
-}
-
-// Calls square(vector pair, column, slice) over full squares and single(column, slice) over the
-// rest of a tile of `columns` x slices begin..end-1.
-template <class Columns, class Square, class Single>
-void walkColumns(Columns columns, __int64 begin, __int64 end, Square square, Single single) {
-    const __int64 pairs = columns / 2 * 2;
-    __int64 t = begin;
-    for (; t + 2 <= end; t += 2) {
-        for (__int64 k = 0; k < pairs; k += 2)
-            square(k, t);
-        if (pairs < columns) {
-            single(pairs, t);
-            single(pairs, t + 1);
-        }
-    }
-    for (; t < end; ++t) {
-        for (__int64 k = 0; k < columns; ++k)
-            single(k, t);
-    }
-}
-
-// A whole tile has a number of columns that the compiler knows.
-template <__int64 tileColumns, class Square, class Single>
-void walkTile(__int64 columns, __int64 begin, __int64 end, Square square, Single single) {
-    if (columns == tileColumns)
-        walkColumns(std::integral_constant<__int64, tileColumns>(), begin, end, square, single);
-    else
-        walkColumns(columns, begin, end, square, single);
-}
-
 void fillVectors(Row<const double> row, CWavChnlChnlDatazq* vectors, __int64 columns,
                  __int64 nTim) {
     double* data[fillColumns];
     for (__int64 k = 0; k < columns; ++k)
         data[k] = vectors[k].m_data;
     for (__int64 t = 0; t < nTim; t += fillSlices) {
-        walkTile<fillColumns>(
+        transpose::walkTile<fillColumns>(
             columns, t, std::min(t + fillSlices, nTim),
             [&](__int64 k, __int64 s) {
                 const double* const line = row.first + s * row.stride + k;
@@ -84,7 +40,7 @@ void fillVectors(Row<const double> row, CWavChnlChnlDatazq* vectors, __int64 col
                     prefetch(line, fillColumns);
                     prefetch(line + row.stride, fillColumns);
                 }
-                transposeSquare(line, line + row.stride, data[k] + s, data[k + 1] + s);
+                transpose::square(line, line + row.stride, data[k] + s, data[k + 1] + s);
             },
             [&](__int64 k, __int64 s) { data[k][s] = row.first[s * row.stride + k]; });
     }
@@ -183,14 +139,14 @@ private:
 // Slices begin..end-1 of `columns` vectors into the array; all of them hold that many.
 void copyVectors(const grid::Values* vectors, Row<double> row, __int64 columns, __int64 begin,
                  __int64 end) {
-    const double* data[copyColumns];
+    const double* data[transpose::tileColumns];
     for (__int64 k = 0; k < columns; ++k)
         data[k] = vectors[k].data;
-    walkTile<copyColumns>(
+    transpose::walkTile<transpose::tileColumns>(
         columns, begin, end,
         [&](__int64 k, __int64 s) {
             double* const line = row.first + s * row.stride + k;
-            transposeSquare(data[k] + s, data[k + 1] + s, line, line + row.stride);
+            transpose::square(data[k] + s, data[k + 1] + s, line, line + row.stride);
         },
         [&](__int64 k, __int64 s) { row.first[s * row.stride + k] = data[k][s]; });
 }
@@ -203,24 +159,15 @@ void copyShortVectors(const grid::Values* vectors, Row<double> row, __int64 colu
     }
 }
 
-// The machine follows few streams by itself, and the vectors of a block are many.
-void prefetchBlock(const grid::Values* vectors, __int64 columns, __int64 begin, __int64 end) {
-    for (__int64 k = 0; k < columns; ++k) {
-        const __int64 here = std::min(end, vectors[k].size);
-        for (__int64 s = begin; s < here; s += doublesPerCacheLine)
-            prefetch(vectors[k].data, s);
-    }
-}
-
 // Slices begin..end-1 of `columns` pairs, a few slices at a time.
 void copyBlock(const grid::Values* vectors, Row<double> row, __int64 columns, __int64 begin,
                __int64 end) {
-    prefetchBlock(vectors, columns, begin, end);
+    transpose::prefetchBlock(vectors, columns, begin, end);
     __int64 shortest = end;
     for (__int64 k = 0; k < columns; ++k)
         shortest = std::min(shortest, vectors[k].size);
-    for (__int64 t = begin; t < end; t += copySlices) {
-        const __int64 tileEnd = std::min(t + copySlices, end);
+    for (__int64 t = begin; t < end; t += transpose::tileSlices) {
+        const __int64 tileEnd = std::min(t + transpose::tileSlices, end);
         const __int64 common = std::clamp(shortest, t, tileEnd);
         copyVectors(vectors, row, columns, t, common);
         copyShortVectors(vectors, row, columns, common, tileEnd);
@@ -229,11 +176,11 @@ void copyBlock(const grid::Values* vectors, Row<double> row, __int64 columns, __
 
 void copyRow(const CSnsCohData& dataset, __int64 r, Row<double> row) {
     const __int64 cols = dataset.m_snsColTotal;
-    for (__int64 t = 0; t < dataset.m_cohTimTotal; t += blockSlices) {
-        const __int64 end = std::min(t + blockSlices, dataset.m_cohTimTotal);
-        for (__int64 c = 0; c < cols; c += copyColumns) {
-            const __int64 columns = std::min(copyColumns, cols - c);
-            grid::Values vectors[copyColumns];
+    for (__int64 t = 0; t < dataset.m_cohTimTotal; t += transpose::blockSlices) {
+        const __int64 end = std::min(t + transpose::blockSlices, dataset.m_cohTimTotal);
+        for (__int64 c = 0; c < cols; c += transpose::tileColumns) {
+            const __int64 columns = std::min(transpose::tileColumns, cols - c);
+            grid::Values vectors[transpose::tileColumns];
             for (__int64 k = 0; k < columns; ++k)
                 vectors[k] = grid::values(dataset.m_mCC, r, c + k);
             copyBlock(vectors, {row.first + c, row.stride}, columns, t, end);

@@ -1,7 +1,7 @@
 #include "cxcdata/exchange.h"
 
 #include "cxcdata/grid.h"
-#include "cxcdata/two_doubles.h"
+#include "cxcdata/transpose.h"
 #include "siblings/matrix/CMMatrix2Dzq.h"
 
 #include <algorithm>
@@ -9,15 +9,12 @@
 namespace cxc::exchange {
 namespace {
 
-constexpr __int64 tileSlices = 64;
-constexpr __int64 tileColumns = 8;  // one cache line of a matrix row
-
 /// One row of the matrices of some successive slices.
-struct Tile {
-    __int64 begin = 0;             // first slice
-    __int64 count = 0;             // slices
-    double* line[tileSlices];      // null where a matrix has no such row
-    __int64 colTotal[tileSlices];  // elements of the line
+struct Block {
+    __int64 begin = 0;                         // first slice
+    __int64 count = 0;                         // slices
+    double* line[transpose::blockSlices];      // null where a matrix has no such row
+    __int64 colTotal[transpose::blockSlices];  // elements of the line
     bool allLines = true;
     __int64 leastCols = 0;
 
@@ -30,75 +27,76 @@ struct Tile {
     }
 };
 
-// A square is two slices of two vectors, which is two rows of two elements.
-void transposeSquare(const double* from0, const double* from1, double* to0, double* to1) {
-    const TwoDoubles a = TwoDoubles::load(from0);
-    const TwoDoubles b = TwoDoubles::load(from1);
-    firsts(a, b).store(to0);
-    seconds(a, b).store(to1);
-}
-
 struct ToMatrix {
+    // The lines of the next tile: the machine does not follow so many that are written.
+    static void fetch(const Block& block, __int64 s, __int64 c) {
+        const __int64 ahead = s + transpose::tileSlices;
+        if (ahead + 1 >= block.count) return;
+        prefetch(block.line[ahead], c);
+        prefetch(block.line[ahead + 1], c);
+    }
     static void square(double* vector0, double* vector1, double* line0, double* line1) {
-        transposeSquare(vector0, vector1, line0, line1);
+        transpose::square(vector0, vector1, line0, line1);
     }
     static void move(const double& value, double& element) { element = value; }
     static void absent(double& element) { element = 0.0; }
 };
 
 struct ToGrid {
+    static void fetch(const Block&, __int64, __int64) {}
     static void square(double* vector0, double* vector1, double* line0, double* line1) {
-        transposeSquare(line0, line1, vector0, vector1);
+        transpose::square(line0, line1, vector0, vector1);
     }
     static void move(double& value, const double& element) { value = element; }
     static void absent(const double&) {}
 };
 
+// All columns and slices are there.
 template <class Direction>
-void copyWhole(const Tile& tile, const grid::Values (&vectors)[tileColumns], __int64 c) {
-    double* data[tileColumns];
-    for (__int64 j = 0; j < tileColumns; ++j)
-        data[j] = vectors[j].data + tile.begin;
-    __int64 k = 0;
-    for (; k + 2 <= tile.count; k += 2) {
-        double* const line0 = tile.line[k] + c;
-        double* const line1 = tile.line[k + 1] + c;
-        for (__int64 j = 0; j < tileColumns; j += 2)
-            Direction::square(data[j] + k, data[j + 1] + k, line0 + j, line1 + j);
-    }
-    if (k < tile.count) {
-        for (__int64 j = 0; j < tileColumns; ++j)
-            Direction::move(data[j][k], tile.line[k][c + j]);
+void copyWhole(const Block& block, const grid::Values* vectors, __int64 c, __int64 width) {
+    double* data[transpose::tileColumns];
+    for (__int64 j = 0; j < width; ++j)
+        data[j] = vectors[j].data + block.begin;
+    transpose::prefetchBlock(vectors, width, block.begin, block.begin + block.count);
+    for (__int64 k = 0; k < block.count; k += transpose::tileSlices) {
+        transpose::walkTile<transpose::tileColumns>(
+            width, k, std::min(k + transpose::tileSlices, block.count),
+            [&](__int64 j, __int64 s) {
+                if (j % doublesPerCacheLine == 0) Direction::fetch(block, s, c + j);
+                Direction::square(data[j] + s, data[j + 1] + s, block.line[s] + c + j,
+                                  block.line[s + 1] + c + j);
+            },
+            [&](__int64 j, __int64 s) { Direction::move(data[j][s], block.line[s][c + j]); });
     }
 }
 
 template <class Direction>
-void copyChecked(const Tile& tile, const grid::Values& vector, __int64 c) {
-    for (__int64 k = 0; k < tile.count; ++k) {
-        if (tile.line[k] == nullptr || c >= tile.colTotal[k]) continue;
-        if (tile.begin + k < vector.size)
-            Direction::move(vector.data[tile.begin + k], tile.line[k][c]);
+void copyChecked(const Block& block, const grid::Values& vector, __int64 c) {
+    for (__int64 k = 0; k < block.count; ++k) {
+        if (block.line[k] == nullptr || c >= block.colTotal[k]) continue;
+        if (block.begin + k < vector.size)
+            Direction::move(vector.data[block.begin + k], block.line[k][c]);
         else
-            Direction::absent(tile.line[k][c]);
+            Direction::absent(block.line[k][c]);
     }
 }
 
 template <class Direction>
-void copyRow(const Tile& tile, CWavChnlChnlDatazq* const* table, __int64 r, __int64 cols) {
-    for (__int64 c = 0; c < cols; c += tileColumns) {
-        const __int64 width = std::min(tileColumns, cols - c);
-        grid::Values vectors[tileColumns];
-        bool whole = tile.allLines && width == tileColumns && c + width <= tile.leastCols;
+void copyRow(const Block& block, CWavChnlChnlDatazq* const* table, __int64 r, __int64 cols) {
+    for (__int64 c = 0; c < cols; c += transpose::tileColumns) {
+        const __int64 width = std::min(transpose::tileColumns, cols - c);
+        grid::Values vectors[transpose::tileColumns];
+        bool whole = block.allLines && c + width <= block.leastCols;
         for (__int64 j = 0; j < width; ++j) {
             vectors[j] = grid::values(table, r, c + j);
-            whole = whole && tile.begin + tile.count <= vectors[j].size;
+            whole = whole && block.begin + block.count <= vectors[j].size;
         }
         if (whole) {
-            copyWhole<Direction>(tile, vectors, c);
+            copyWhole<Direction>(block, vectors, c, width);
             continue;
         }
         for (__int64 j = 0; j < width; ++j)
-            copyChecked<Direction>(tile, vectors[j], c + j);
+            copyChecked<Direction>(block, vectors[j], c + j);
     }
 }
 
@@ -119,17 +117,17 @@ Span measure(CMMatrix2Dzq* mats, __int64 count, Usable usable) {
     return span;
 }
 
-// Row by row: the vectors of one row and the same row of all matrices fit the cache together.
+// The matrices of a block are done with before the next ones have their turn.
 template <class Direction>
 void copySpan(CMMatrix2Dzq* mats, const Span& span, CWavChnlChnlDatazq* const* table) {
-    for (__int64 r = 0; r < span.rows; ++r) {
-        for (__int64 t = 0; t < span.count; t += tileSlices) {
-            Tile tile;
-            tile.begin = t;
-            const __int64 end = std::min(t + tileSlices, span.count);
+    for (__int64 t = 0; t < span.count; t += transpose::blockSlices) {
+        const __int64 end = std::min(t + transpose::blockSlices, span.count);
+        for (__int64 r = 0; r < span.rows; ++r) {
+            Block block;
+            block.begin = t;
             for (__int64 k = t; k < end; ++k)
-                tile.take(mats[k], r);
-            copyRow<Direction>(tile, table, r, span.cols);
+                block.take(mats[k], r);
+            copyRow<Direction>(block, table, r, span.cols);
         }
     }
 }
