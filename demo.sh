@@ -33,8 +33,8 @@ build() {
   fi
 }
 
-echo "demo: building the library and its Python package"
-build linux cxc_python
+echo "demo: building the library, its Python package and the program cxc"
+build linux cxc_python cxc_tool
 PYTHONPATH="build/linux/python" /usr/bin/python3 -m cxc demo "${recording[@]}" --out out
 dataset=$(ls -t out/*.cxc | head -n 1)
 
