@@ -83,7 +83,8 @@ if(TARGET _core)
     PATTERN "*.css" PATTERN "*.js" PATTERN "__pycache__" EXCLUDE)
 endif()
 install(FILES README.md CHANGELOG.md DESTINATION "${CMAKE_INSTALL_DOCDIR}")
-install(DIRECTORY docs/ DESTINATION "${CMAKE_INSTALL_DOCDIR}" PATTERN "Doxyfile" EXCLUDE)
+# In a folder as here: links of README.md lead there, and it has a README.md of its own.
+install(DIRECTORY docs DESTINATION "${CMAKE_INSTALL_DOCDIR}" PATTERN "Doxyfile" EXCLUDE)
 
 set(CPACK_PACKAGE_NAME cxc)
 set(CPACK_PACKAGE_VENDOR "The CxC developers")
@@ -100,8 +101,15 @@ else()
   set(CPACK_DEBIAN_PACKAGE_SECTION science)
   set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
   set(CPACK_DEBIAN_SHLIBDEPS_PRIVATE_DIRS "${PROJECT_BINARY_DIR}/bin")
-  set(CPACK_DEBIAN_PACKAGE_DEPENDS "python3, python3-numpy")
-  set(CPACK_DEBIAN_PACKAGE_RECOMMENDS
-    "python3-mne, python3-scipy, python3-matplotlib, python3-tqdm")
+  if(TARGET _core)
+    # The extension is made for one version of Python and not found by another.
+    get_directory_property(python DIRECTORY python DEFINITION PYTHON_VERSION_MAJOR)
+    get_directory_property(minor DIRECTORY python DEFINITION PYTHON_VERSION_MINOR)
+    math(EXPR next "${minor} + 1")
+    set(CPACK_DEBIAN_PACKAGE_DEPENDS
+      "python3 (>= ${python}.${minor}), python3 (<< ${python}.${next}), python3-numpy")
+    set(CPACK_DEBIAN_PACKAGE_RECOMMENDS
+      "python3-mne, python3-scipy, python3-matplotlib, python3-tqdm")
+  endif()
 endif()
 include(CPack)

@@ -9,6 +9,12 @@ function(run)
 endfunction()
 
 run("${CMAKE_COMMAND}" --install "${BUILD}" --prefix "${WORK}/installed")
+# The documents lie to each other as in the tree, so that their links lead somewhere.
+cmake_path(SET tree NORMALIZE "${SOURCE}/../..")
+foreach(document README.md docs/README.md docs/tutorial.md docs/images/head.png)
+  run("${CMAKE_COMMAND}" -E compare_files "${tree}/${document}"
+    "${WORK}/installed/share/doc/cxc/${document}")
+endforeach()
 set(options -G Ninja "-DCMAKE_PREFIX_PATH=${WORK}/installed" "-DCMAKE_BUILD_TYPE=Release")
 if(TOOLCHAIN)
   list(APPEND options "-DCMAKE_TOOLCHAIN_FILE=${TOOLCHAIN}"
