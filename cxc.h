@@ -22,8 +22,13 @@
 ///
 /// Results: 1 is success and 0 failure, unless an operation says otherwise. Most failures are
 /// silent; where a text is quoted, it is shown in a message box, which in programs without windows
-/// is the application object's DoMessageBox. The framework's exceptions of archives and files pass
-/// through serialize, opening and saving; the library has none of its own.
+/// is the application object's DoMessageBox. Unless a program overrides that, it writes the text to
+/// standard error and answers no question, which counts as no. The framework's exceptions of
+/// archives and files pass through serialize, opening and saving; the library has none of its own.
+///
+/// Text: 16-bit units everywhere. Off Windows TCHAR is char16_t, literals stand in _T(), and
+/// printf does not know such text: std::filesystem::path(text.GetString()).string() is the
+/// text as UTF-8.
 ///
 /// Threads: nothing locks. One thread at a time uses an object and what it owns; windows, viewers
 /// and messages belong to the thread of the user interface.

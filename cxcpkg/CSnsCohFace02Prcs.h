@@ -43,8 +43,9 @@ public:
     /// either side gives 0.0.
     /// A Control of several slices is reduced to its mean, in place, after the question "This
     /// operation requires Control dataset has 1 slice", and stays so whatever happens next; any
-    /// answer but Yes gives 0, nothing changed. An Act-Ctl dataset that is made here keeps the
-    /// default name.
+    /// answer but Yes gives 0, nothing changed. accumulateTrlCoh(m_cohControl) beforehand does the
+    /// same without the question. An Act-Ctl dataset that is made here keeps the default name;
+    /// only values are made: band, latency and rate of Act-Ctl are the host's to set.
     /// Returns 1, or 0: after "This operation requires  both Active and Control datasets!", "This
     /// operation requires Active and Control datasets have the same size", "Control dataset
     /// accumulating failed!" or "This operation requires more memory", and silently where the grid
