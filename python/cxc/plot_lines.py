@@ -79,5 +79,9 @@ def draw_lines(
 
 
 def reach_of(drawn: list[list[Line]]) -> tuple[float, float]:
+    """Magnitudes of the thinnest and the thickest line.
+
+    The thinnest is at most half of the thickest: lines of nearly the same magnitude look alike.
+    """
     sizes = [abs(line.value) for lines in drawn for line in lines]
-    return (min(sizes), max(sizes)) if sizes else (0.0, 1.0)
+    return (min(min(sizes), max(sizes) / 2), max(sizes)) if sizes else (0.0, 1.0)

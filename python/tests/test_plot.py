@@ -378,6 +378,24 @@ def test_the_number_of_lines_and_the_threshold_hold(draw):
         draw(shown, lines=0)
 
 
+@pytest.mark.parametrize("draw", [plot.circle, plot.head])
+def test_lines_of_nearly_the_same_strength_are_nearly_of_the_same_width(draw):
+    values = np.zeros((1, 9, 9))
+    for first, second, value in ((0, 1, 0.5), (2, 3, 0.45), (4, 5, 0.25), (6, 7, 0.1)):
+        values[0, first, second] = values[0, second, first] = value
+    about = "Sensors: " + ", ".join(f"{n} {label}" for n, label in enumerate(SITES, 1))
+    shown = cxc.Dataset.from_array(values, note=about)
+
+    def widths(count):
+        drawn = [p.get_linewidth() for p in curves(panels(draw(shown, lines=count))[0])]
+        return [width / drawn[-1] for width in reversed(drawn)]
+
+    assert widths(2) == pytest.approx([1.0, 0.84])
+    assert widths(3) == pytest.approx([1.0, 0.84, 0.2])
+    # A pair below half of the strongest is the thinnest then.
+    assert widths(4) == pytest.approx([1.0, 0.9, 0.5, 0.2])
+
+
 def test_of_two_directions_the_stronger_is_drawn_and_told():
     values = matrix(4)
     assert "directions" not in words(plot.circle(values))
