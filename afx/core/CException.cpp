@@ -14,8 +14,11 @@ IMPLEMENT_DYNAMIC(CArchiveException, CException)
 
 namespace {
 
-// Made beforehand, so that throwing it needs no memory.
-CMemoryException g_memoryException(FALSE);
+// In memory of its own, so that throwing it needs none.
+CMemoryException* memoryException() {
+    static CMemoryException exception(FALSE);
+    return &exception;
+}
 
 // Copies as much of `message` as fits.
 BOOL give(LPCTSTR message, LPTSTR text, UINT capacity) {
@@ -132,7 +135,7 @@ BOOL CArchiveException::GetErrorMessage(LPTSTR text, UINT capacity, PUINT) const
 }
 
 void AFXAPI AfxThrowMemoryException() {
-    throw &g_memoryException;
+    throw memoryException();
 }
 
 void AFXAPI AfxThrowNotSupportedException() {

@@ -176,7 +176,7 @@ std::uint64_t unsignedArgument(const Directive& d, Arguments& arguments) {
 Text spellSpecial(double value) {
     const char* name = "inf";
     if (std::isnan(value)) {
-        std::uint64_t bits;
+        std::uint64_t bits = 0;
         std::memcpy(&bits, &value, sizeof(bits));
         constexpr std::uint64_t indefinite = 0xFFF8000000000000u;
         constexpr std::uint64_t quiet = 0x0008000000000000u;
@@ -199,7 +199,8 @@ std::string digitsOf(double value, std::chars_format style, int precision) {
 std::string allDigitsOf(double value, int precision) {
     const int significant = std::max(precision, 1);
     std::string scientific = digitsOf(value, std::chars_format::scientific, significant - 1);
-    const int exponent = std::atoi(scientific.c_str() + scientific.find('e') + 1);
+    const char* const power = scientific.c_str() + scientific.find('e') + 1;
+    const auto exponent = static_cast<int>(std::strtol(power, nullptr, 10));
     if (exponent < -4 || exponent >= significant) return scientific;
     return digitsOf(value, std::chars_format::fixed, significant - 1 - exponent);
 }

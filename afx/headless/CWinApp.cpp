@@ -21,8 +21,9 @@ HINSTANCE programModule() {
 
 int plainMessageBox(LPCTSTR text, UINT type, LPCTSTR) {
     const std::string line = utf8(text) + "\n";
-    std::fwrite(line.data(), 1, line.size(), stderr);
-    std::fflush(stderr);
+    // Where the error output is gone there is nobody to tell.
+    static_cast<void>(std::fwrite(line.data(), 1, line.size(), stderr));
+    static_cast<void>(std::fflush(stderr));
     switch (type & MB_TYPEMASK) {
         case MB_YESNO:
         case MB_YESNOCANCEL:

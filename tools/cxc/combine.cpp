@@ -4,11 +4,12 @@
 #include "tools/cxc/records.h"
 
 #include <algorithm>
+#include <array>
 
 namespace tool {
 namespace {
 
-const std::vector<std::string> operations = {"subtract", "add", "multiply", "divide"};
+constexpr std::array<const char*, 4> operations = {"subtract", "add", "multiply", "divide"};
 
 struct Options {
     std::string active;

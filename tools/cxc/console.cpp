@@ -27,7 +27,7 @@ std::string printable(const std::string& text) {
             continue;
         }
         char code[5];
-        std::snprintf(code, sizeof(code), "\\x%02x", byte);
+        static_cast<void>(std::snprintf(code, sizeof(code), "\\x%02x", byte));
         safe += code;
     }
     return safe;
@@ -58,8 +58,9 @@ void Progress::next(const std::string& name) {
 }
 
 void watchInterrupts() {
-    std::signal(SIGINT, noteInterrupt);
-    std::signal(SIGTERM, noteInterrupt);
+    // What cannot be watched ends the program as it always does.
+    static_cast<void>(std::signal(SIGINT, noteInterrupt));
+    static_cast<void>(std::signal(SIGTERM, noteInterrupt));
 }
 
 void checkInterrupted() {
