@@ -20,7 +20,6 @@ import sys
 import tempfile
 import time
 
-import picture
 import report
 import targets
 
@@ -188,6 +187,8 @@ def main() -> int:
     }
     (out / "results.json").write_text(json.dumps(results, indent=1) + "\n")
     (out / "table.md").write_text(report.markdown(results))
+    import picture  # of what has been built by now
+
     picture.draw(results, str(out / "cost.png"))
     if options.document:
         report.document(results, ROOT / "docs/performance.md")
