@@ -60,4 +60,8 @@ std::string fileIn(const char* name) {
     return (folder.path() / name).string();
 }
 
+void forget(const std::string& path) {
+    std::filesystem::remove(path);
+}
+
 }  // namespace bench

@@ -236,19 +236,21 @@ void addFiles(std::vector<Operation>& all, const SharedPlain& p) {
     all.push_back({"arrays made afresh, plain reads",
                    [p, vectors] { readIntoVectors(datasetFile(), *p, *vectors); },
                    [vectors] { vectors->clear(); }});
-    all.push_back({"plain write", [p, bytes, written] { plainWrite(written, *p, bytes, false); }});
+    const auto forgotten = [written] { forget(written); };
     all.push_back(
-        {"small copies, plain write", [p, bytes, written] { gatheredWrite(written, *p, bytes); }});
-    all.push_back(
-        {"plain write, flushed", [p, bytes, written] { plainWrite(written, *p, bytes, true); }});
+        {"plain write", [p, bytes, written] { plainWrite(written, *p, bytes, false); }, forgotten});
+    all.push_back({"small copies, plain write",
+                   [p, bytes, written] { gatheredWrite(written, *p, bytes); }, forgotten});
+    all.push_back({"plain write, flushed",
+                   [p, bytes, written] { plainWrite(written, *p, bytes, true); }, forgotten});
 }
 
 // Into the same encoding: narrow digits first, then widened.
 void formatWithPrintf(const Plain& p, TCHAR* text) {
     char digits[400];
-    for (std::size_t t = 0; t < p.length; ++t) {
+    for (std::size_t i = 0; i < p.b.size(); ++i) {
         TCHAR* to = text;
-        for (std::size_t i = 0; i < p.b.size(); ++i) {
+        for (std::size_t t = 0; t < p.length; ++t) {
             const int length = std::snprintf(digits, sizeof(digits), "%f", p.b[i][t]);
             for (int k = 0; k < length; ++k)
                 *to++ = static_cast<TCHAR>(digits[k]);
@@ -268,7 +270,7 @@ void flushedWrite(const std::string& path, const std::vector<char>& text, std::s
 }
 
 void addText(std::vector<Operation>& all, const SharedPlain& p) {
-    const auto text = std::make_shared<std::vector<TCHAR>>(p->a.size() * cxc::mostFixedDecimal);
+    const auto text = std::make_shared<std::vector<TCHAR>>(p->length * cxc::mostFixedDecimal);
     all.push_back({"snprintf", [p, text] { formatWithPrintf(*p, text->data()); }});
     const auto bytes =
         std::make_shared<std::vector<char>>(std::filesystem::file_size(textFile()), 'x');

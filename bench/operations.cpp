@@ -42,7 +42,9 @@ void open(CSnsCohDatazq& dataset, const CString& path) {
 
 void addFiles(std::vector<Operation>& all, const Shared& one) {
     const Made made = nothingMade();
-    const CString saved(fileIn("save.cxc").c_str());
+    const std::string name = fileIn("save.cxc");
+    const CString saved(name.c_str());
+    const auto forgotten = [name] { forget(name); };
     save(*one, CString(datasetFile().c_str()), false);
     all.push_back({"open",
                    [made] {
@@ -50,8 +52,8 @@ void addFiles(std::vector<Operation>& all, const Shared& one) {
                        open(**made, CString(datasetFile().c_str()));
                    },
                    [made] { made->reset(); }});
-    all.push_back({"save", [one, saved] { save(*one, saved, false); }});
-    all.push_back({"save, flushed", [one, saved] { save(*one, saved, true); }});
+    all.push_back({"save", [one, saved] { save(*one, saved, false); }, forgotten});
+    all.push_back({"save, flushed", [one, saved] { save(*one, saved, true); }, forgotten});
 }
 
 // For the text once, whose size the limits need: flushes take as long as all the rest.
@@ -66,13 +68,14 @@ void addText(std::vector<Operation>& all, const Shared& one) {
     must(cxc::writeText(first, *one));
     first.Close();
     const auto text = std::make_shared<std::vector<TCHAR>>(
-        static_cast<std::size_t>(one->m_snsRowTotal * one->m_snsColTotal * cxc::mostFixedDecimal));
+        static_cast<std::size_t>(one->m_snsColTotal * one->m_cohTimTotal * cxc::mostFixedDecimal));
     all.push_back({"format", [one, text] {
-                       for (__int64 t = 0; t < one->m_cohTimTotal; ++t) {
+                       for (__int64 r = 0; r < one->m_snsRowTotal; ++r) {
                            TCHAR* to = text->data();
-                           for (__int64 r = 0; r < one->m_snsRowTotal; ++r) {
-                               for (__int64 c = 0; c < one->m_snsColTotal; ++c)
-                                   to = cxc::writeFixedDecimal(to, one->m_mCC[r][c].m_data[t]);
+                           for (__int64 c = 0; c < one->m_snsColTotal; ++c) {
+                               const CWavChnlChnlDatazq& pair = one->m_mCC[r][c];
+                               for (__int64 t = 0; t < pair.m_size; ++t)
+                                   to = cxc::writeFixedDecimal(to, pair.m_data[t]);
                            }
                        }
                    }});

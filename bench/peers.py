@@ -66,15 +66,15 @@ def measure_files(cells: Cells, folder: str, pairs: np.ndarray) -> None:
         with h5py.File(hdf5, "r") as file:
             return file["values"][...]
 
-    # Each file is there before it is opened, whatever is measured.
-    for name, save, load in [
-        ("npy", lambda: np.save(npy, pairs), lambda: np.load(npy)),
-        ("h5py", save_hdf5, open_hdf5),
-        ("netCDF", lambda: array.to_netcdf(netcdf), lambda: xarray.load_dataarray(netcdf)),
+    # Each file is there before it is opened, whatever is measured, and is not replaced by saving.
+    for name, path, save, load in [
+        ("npy", npy, lambda: np.save(npy, pairs), lambda: np.load(npy)),
+        ("h5py", hdf5, save_hdf5, open_hdf5),
+        ("netCDF", netcdf, lambda: array.to_netcdf(netcdf), lambda: xarray.load_dataarray(netcdf)),
     ]:
         save()
-        cells.measure(f"{name}/save", save)
         cells.measure(f"{name}/open", load)
+        cells.measure(f"{name}/save", save, pathlib.Path(path).unlink)
 
 
 def measure_text(cells: Cells, folder: str, slices: np.ndarray) -> None:

@@ -1,17 +1,12 @@
 #include "cxcdata/CSnsCohDatazq.h"
 
 #include "cxcdata/allocation.h"
+#include "cxcdata/element_wise.h"
 #include "cxcdata/grid.h"
 
 #include <algorithm>
 
 namespace {
-
-// No assumption that the two differ: a dataset may be added to itself.
-void addValues(double* values, const double* others, __int64 n) {
-    for (__int64 t = 0; t < n; ++t)
-        values[t] += others[t];
-}
 
 // Makes `target` the one-element vector of the mean of `source`, backed up.
 bool collapse(const CWavChnlChnlDatazq* source, __int64 nTim, CWavChnlChnlDatazq& target) {
@@ -66,7 +61,9 @@ int CSnsCohDatazq::sumDatSetSns(const CSnsCohDatazq& other) {
         for (__int64 c = 0; mine != nullptr && theirs != nullptr && c < cols; ++c) {
             const cxc::grid::Values values = cxc::grid::values(mine + c);
             const cxc::grid::Values others = cxc::grid::values(theirs + c);
-            addValues(values.data, others.data, std::min(values.size, others.size));
+            // No assumption that the two differ: a dataset may be added to itself.
+            cxc::elementWise(values.data, others.data, std::min(values.size, others.size),
+                             [](cxc::TwoDoubles a, cxc::TwoDoubles b) { return a + b; });
         }
     }
     return 1;

@@ -146,6 +146,11 @@ void copyVectors(const grid::Values* vectors, Row<double> row, __int64 columns, 
         columns, begin, end,
         [&](__int64 k, __int64 s) {
             double* const line = row.first + s * row.stride + k;
+            // The lines of the next tile: the machine does not follow so many that are written.
+            if (k % doublesPerCacheLine == 0) {
+                prefetch(line, transpose::tileSlices * row.stride);
+                prefetch(line, (transpose::tileSlices + 1) * row.stride);
+            }
             transpose::square(data[k] + s, data[k + 1] + s, line, line + row.stride);
         },
         [&](__int64 k, __int64 s) { row.first[s * row.stride + k] = data[k][s]; });

@@ -28,13 +28,6 @@ struct Block {
 };
 
 struct ToMatrix {
-    // The lines of the next tile: the machine does not follow so many that are written.
-    static void fetch(const Block& block, __int64 s, __int64 c) {
-        const __int64 ahead = s + transpose::tileSlices;
-        if (ahead + 1 >= block.count) return;
-        prefetch(block.line[ahead], c);
-        prefetch(block.line[ahead + 1], c);
-    }
     static void square(double* vector0, double* vector1, double* line0, double* line1) {
         transpose::square(vector0, vector1, line0, line1);
     }
@@ -43,13 +36,19 @@ struct ToMatrix {
 };
 
 struct ToGrid {
-    static void fetch(const Block&, __int64, __int64) {}
     static void square(double* vector0, double* vector1, double* line0, double* line1) {
         transpose::square(line0, line1, vector0, vector1);
     }
     static void move(double& value, const double& element) { value = element; }
     static void absent(const double&) {}
 };
+
+// Two lines that come with the next tile: the machine does not follow so many by itself.
+void fetch(const Block& block, __int64 s, __int64 c) {
+    if (s + 1 >= block.count) return;
+    prefetch(block.line[s], c);
+    prefetch(block.line[s + 1], c);
+}
 
 // All columns and slices are there.
 template <class Direction>
@@ -62,7 +61,7 @@ void copyWhole(const Block& block, const grid::Values* vectors, __int64 c, __int
         transpose::walkTile<transpose::tileColumns>(
             width, k, std::min(k + transpose::tileSlices, block.count),
             [&](__int64 j, __int64 s) {
-                if (j % doublesPerCacheLine == 0) Direction::fetch(block, s, c + j);
+                if (j % doublesPerCacheLine == 0) fetch(block, s + transpose::tileSlices, c + j);
                 Direction::square(data[j] + s, data[j + 1] + s, block.line[s] + c + j,
                                   block.line[s + 1] + c + j);
             },

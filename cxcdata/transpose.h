@@ -12,11 +12,10 @@
 
 namespace cxc::transpose {
 
-/// Slices of a tile that are read from vectors or written to them, and its columns: on either side
-/// so much in a piece that cache lines which tiles share matter little, and together no more than
-/// the fastest cache holds, also where lines lie a power of two apart.
-constexpr __int64 tileSlices = 16;
-constexpr __int64 tileColumns = 32;
+/// Slices and columns of a tile. Few slices, because the lines of matrices may lie a power of two
+/// apart, where the caches hold only some at a time; so many columns that lines are long.
+constexpr __int64 tileSlices = 4;
+constexpr __int64 tileColumns = 128;
 
 /// Slices after which the next columns have their turn, so that a vector is read in one go.
 constexpr __int64 blockSlices = 128;

@@ -37,6 +37,9 @@ struct TwoDoubles {
 inline TwoDoubles operator+(TwoDoubles a, TwoDoubles b) {
     return TwoDoubles(_mm_add_pd(a.both, b.both));
 }
+inline TwoDoubles operator-(TwoDoubles a, TwoDoubles b) {
+    return TwoDoubles(_mm_sub_pd(a.both, b.both));
+}
 inline TwoDoubles operator*(TwoDoubles a, TwoDoubles b) {
     return TwoDoubles(_mm_mul_pd(a.both, b.both));
 }
@@ -90,6 +93,9 @@ struct TwoDoubles {
 
 inline TwoDoubles operator+(TwoDoubles a, TwoDoubles b) {
     return {a.one + b.one, a.two + b.two};
+}
+inline TwoDoubles operator-(TwoDoubles a, TwoDoubles b) {
+    return {a.one - b.one, a.two - b.two};
 }
 inline TwoDoubles operator*(TwoDoubles a, TwoDoubles b) {
     return {a.one * b.one, a.two * b.two};

@@ -2,6 +2,7 @@
 
 #include "cxcdata/allocation.h"
 #include "cxcdata/grid.h"
+#include "cxcdata/prefetch.h"
 #include "cxcfile/file_commands.h"
 #include "cxcfile/fixed_decimal.h"
 #include "cxcfile/text_export.h"
@@ -100,6 +101,8 @@ bool canExport(const CSnsCohData& data) {
            emptyRows <= mostEmptyLines / data.m_cohTimTotal;
 }
 
+constexpr __int64 vectorsAhead = 8;
+
 // One line of a block: the label, then the values up to the first vector that has none at t.
 bool appendRow(TextFile& text, const CSnsCohData& data, __int64 r, __int64 t) {
     TCHAR* to = text.room(22);
@@ -114,6 +117,9 @@ bool appendRow(TextFile& text, const CSnsCohData& data, __int64 r, __int64 t) {
     for (__int64 c = 0; c < cols; ++c) {
         const cxc::grid::Values values = cxc::grid::values(row + c);
         if (t >= values.size) break;
+        // The machine does not follow one value out of each vector by itself.
+        if (c + vectorsAhead < cols)
+            cxc::prefetch(cxc::grid::values(row + c + vectorsAhead).data, t);
         to = text.room(cxc::mostFixedDecimal + 3);
         if (to == nullptr) return false;
         to = cxc::writeFixedDecimal(to, values.data[t]);

@@ -1,5 +1,6 @@
 #include "cxcpkg/combine.h"
 
+#include "cxcdata/element_wise.h"
 #include "cxcdata/grid.h"
 
 #include <algorithm>
@@ -9,28 +10,30 @@ namespace {
 
 template <class Operation>
 void each(const double* active, double* result, __int64 n, Operation operation) {
-    for (__int64 t = 0; t < n; ++t)
-        result[t] = operation(active[t]);
+    elementWise(result, active, n,
+                [operation](TwoDoubles, TwoDoubles values) { return operation(values); });
 }
 
 }  // namespace
 
 void combineValues(int operation, const double* active, double control, double* result, __int64 n) {
+    const TwoDoubles controls(control, control);
     switch (operation) {
         case 0:
-            each(active, result, n, [control](double value) { return value - control; });
+            each(active, result, n, [controls](TwoDoubles values) { return values - controls; });
             break;
         case 1:
-            each(active, result, n, [control](double value) { return value + control; });
+            each(active, result, n, [controls](TwoDoubles values) { return values + controls; });
             break;
         case 2:
-            each(active, result, n, [control](double value) { return value * control; });
+            each(active, result, n, [controls](TwoDoubles values) { return values * controls; });
             break;
         case 3:
             if (control == 0.0)
                 std::fill_n(result, n, 0.0);
             else
-                each(active, result, n, [control](double value) { return value / control; });
+                each(active, result, n,
+                     [controls](TwoDoubles values) { return values / controls; });
             break;
         default:
             break;
@@ -40,17 +43,23 @@ void combineValues(int operation, const double* active, double control, double* 
 void combineDatasets(int operation, const CSnsCohData& active, const CSnsCohData& control,
                      CSnsCohData& result) {
     const __int64 rows = std::min(active.m_snsRowTotal, grid::rows(active.m_mCC));
-    const __int64 cols = std::min(active.m_snsColTotal, grid::cols(active.m_mCC));
+    const __int64 cols =
+        std::min({active.m_snsColTotal, grid::cols(active.m_mCC), grid::cols(control.m_mCC)});
+    const __int64 resultCols = grid::cols(result.m_mCC);
     for (__int64 r = 0; r < grid::rows(result.m_mCC); ++r) {
-        for (__int64 c = 0; c < grid::cols(result.m_mCC); ++c) {
-            const grid::Values made = grid::values(result.m_mCC, r, c);
-            const grid::Values baseline = grid::values(control.m_mCC, r, c);
-            const bool inside = r < rows && c < cols && baseline.size > 0;
-            const grid::Values values = inside ? grid::values(active.m_mCC, r, c) : grid::Values{};
-            const __int64 n = std::min({values.size, active.m_cohTimTotal, made.size});
-            if (n > 0) combineValues(operation, values.data, baseline.data[0], made.data, n);
-            if (n < made.size)
-                std::fill(made.data + std::max<__int64>(n, 0), made.data + made.size, 0.0);
+        const CWavChnlChnlDatazq* const made = grid::row(result.m_mCC, r);
+        const CWavChnlChnlDatazq* const baselines = grid::row(control.m_mCC, r);
+        const CWavChnlChnlDatazq* const actives = r < rows ? grid::row(active.m_mCC, r) : nullptr;
+        const __int64 inside = actives == nullptr || baselines == nullptr ? 0 : cols;
+        for (__int64 c = 0; made != nullptr && c < resultCols; ++c) {
+            const grid::Values target = grid::values(made + c);
+            const grid::Values baseline = c < inside ? grid::values(baselines + c) : grid::Values{};
+            const grid::Values values =
+                baseline.size > 0 ? grid::values(actives + c) : grid::Values{};
+            const __int64 n =
+                std::max<__int64>(std::min({values.size, active.m_cohTimTotal, target.size}), 0);
+            if (n > 0) combineValues(operation, values.data, baseline.data[0], target.data, n);
+            if (n < target.size) std::fill(target.data + n, target.data + target.size, 0.0);
         }
     }
 }
