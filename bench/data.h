@@ -16,11 +16,11 @@ std::unique_ptr<CSnsCohDatazq> makeDataset(__int64 n, __int64 nTim, unsigned see
 /// Path of a file in a folder of this process, which goes when the process ends.
 std::string fileIn(const char* name);
 
-/// The dataset as a file, and what the text export leaves: the limits move as many bytes.
 /// Removes a file that was written: what replaces one also waits for the system, which begins to
 /// put replaced files on the disk when they are closed.
 void forget(const std::string& path);
 
+/// The dataset as a file, and what the text export leaves: the limits move as many bytes.
 inline std::string datasetFile() {
     return fileIn("dataset.cxc");
 }
