@@ -43,8 +43,8 @@ struct ToGrid {
     static void absent(const double&) {}
 };
 
-// Two lines that come with the next tile: the machine does not follow so many by itself. Between the
-// squares, as it takes only some requests at a time: all of a line at once is slower.
+// Two lines that come with the next tile: the machine does not follow so many by itself. Called
+// between squares, as it takes only some requests at a time: all of a line at once is slower.
 void fetch(const Block& block, __int64 s, __int64 c) {
     if (s + 1 >= block.count) return;
     prefetch(block.line[s], c);
