@@ -118,6 +118,8 @@ void operator delete[](void* p, const std::nothrow_t&) noexcept {
 
 #elif defined(__GLIBC__)
 
+// The libraries have to find these instead of the C library's own.
+#pragma GCC visibility push(default)
 extern "C" {
 
 void* __libc_malloc(std::size_t);
@@ -156,6 +158,7 @@ void free(void* block) noexcept {
 }
 
 }  // extern "C"
+#pragma GCC visibility pop
 
 #endif
 
