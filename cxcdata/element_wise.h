@@ -27,7 +27,7 @@ void elementWise(double* result, const double* values, __int64 n, Operation oper
     }
     for (; t + TwoDoubles::lanes <= n; t += TwoDoubles::lanes)
         pair(t);
-    if (t == n) return;
+    if (t >= n) return;
     double last[TwoDoubles::lanes];
     operation(TwoDoubles(result[t], result[t]), TwoDoubles(values[t], values[t])).store(last);
     result[t] = last[0];

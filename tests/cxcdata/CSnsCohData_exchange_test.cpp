@@ -40,7 +40,6 @@ TEST(CSnsCohData, DatasetBecomesOneMatrixPerSlice) {
     }
 }
 
-// Sizes around the tiles of the copy.
 TEST(CSnsCohData, ExchangeIsExactForEverySizeInBothDirections) {
     for (const __int64 n : {1, 2, 7, 8, 9, 17}) {
         for (const __int64 nTim : {1, 5, 63, 64, 65, 130}) {
@@ -67,6 +66,115 @@ TEST(CSnsCohData, ExchangeIsExactForEverySizeInBothDirections) {
                     EXPECT_EQ(mats[static_cast<std::size_t>(nTim - 1)].getDataPP()[r][c],
                               cell(d, nTim - 1, r, c));
                 }
+            }
+        }
+    }
+}
+
+// Another value in every cell, however many there are.
+double numberOf(__int64 t, __int64 r, __int64 c) {
+    return static_cast<double>((t * 1000 + r) * 1000 + c);
+}
+
+void fillNumbers(CSnsCohData& data, __int64 n, __int64 nTim) {
+    ASSERT_EQ(data.checkInitSnsCohData(n, n, nTim, true), 1);
+    for (__int64 r = 0; r < n; ++r) {
+        for (__int64 c = 0; c < n; ++c) {
+            for (__int64 t = 0; t < nTim; ++t)
+                cell(data, t, r, c) = numberOf(t, r, c);
+        }
+    }
+}
+
+void fillNumbers(CMMatrix2Dzq& matrix, __int64 rows, __int64 cols, __int64 t) {
+    ASSERT_NE(matrix.checkInit(rows, cols, false), nullptr);
+    for (__int64 r = 0; r < rows; ++r) {
+        for (__int64 c = 0; c < cols; ++c)
+            matrix.getDataPP()[r][c] = numberOf(t, r, c);
+    }
+}
+
+struct Square {
+    __int64 n;  // rows and columns
+    __int64 nTim;
+};
+
+// Around the tiles and blocks of the copy, each direction by itself: what both did wrong in the
+// same way would be right again after the way back.
+const Square aroundTiles[] = {{127, 3}, {128, 4}, {129, 5}, {130, 6},  {257, 1},
+                              {2, 127}, {3, 128}, {3, 129}, {129, 131}};
+
+TEST(CSnsCohData, MatricesAreExactAroundTheTilesOfTheCopy) {
+    for (const Square& size : aroundTiles) {
+        CSnsCohDatazq d;
+        fillNumbers(d, size.n, size.nTim);
+        CMMatrix2Dzq* made = nullptr;
+        __int64 count = 0;
+        ASSERT_EQ(d.getData2MCohTimSnsSns(made, count), 1);
+        const std::unique_ptr<CMMatrix2Dzq[]> mats(made);
+        ASSERT_EQ(count, size.nTim);
+        for (__int64 t = 0; t < size.nTim; ++t) {
+            for (__int64 r = 0; r < size.n; ++r) {
+                for (__int64 c = 0; c < size.n; ++c)
+                    ASSERT_EQ(made[t].getDataPP()[r][c], numberOf(t, r, c));
+            }
+        }
+    }
+}
+
+TEST(CSnsCohData, DatasetIsExactAroundTheTilesOfTheCopy) {
+    for (const Square& size : aroundTiles) {
+        std::vector<CMMatrix2Dzq> mats(static_cast<std::size_t>(size.nTim));
+        for (__int64 t = 0; t < size.nTim; ++t)
+            fillNumbers(mats[static_cast<std::size_t>(t)], size.n, size.n, t);
+        CSnsCohDatazq d;
+        ASSERT_EQ(d.setData4MCohTimSnsSns(mats.data(), size.nTim), 1);
+        for (__int64 r = 0; r < size.n; ++r) {
+            for (__int64 c = 0; c < size.n; ++c) {
+                for (__int64 t = 0; t < size.nTim; ++t)
+                    ASSERT_EQ(cell(d, t, r, c), numberOf(t, r, c));
+            }
+        }
+    }
+}
+
+// One in a tile of all columns, one at its end, one in the tile behind it; beside them all is
+// there.
+TEST(CSnsCohData, AbsentValuesAreZeroInTilesOfManyColumns) {
+    CSnsCohDatazq d;
+    fillNumbers(d, 130, 5);
+    pairOf(d, 0, 5).resize(3);
+    pairOf(d, 1, 127).resize(1);
+    test::claimValues(d, 2, 129, 5);
+    CMMatrix2Dzq* made = nullptr;
+    __int64 count = 0;
+    ASSERT_EQ(d.getData2MCohTimSnsSns(made, count), 1);
+    const std::unique_ptr<CMMatrix2Dzq[]> mats(made);
+    for (__int64 t = 0; t < 5; ++t) {
+        for (__int64 r = 0; r < 4; ++r) {
+            for (__int64 c = 0; c < 130; ++c) {
+                const bool absent = (r == 0 && c == 5 && t >= 3) ||
+                                    (r == 1 && c == 127 && t >= 1) || (r == 2 && c == 129);
+                ASSERT_EQ(made[t].getDataPP()[r][c], absent ? 0.0 : numberOf(t, r, c));
+            }
+        }
+    }
+}
+
+TEST(CSnsCohData, NarrowMatrixAmongWideOnesGivesOnlyWhatItHas) {
+    constexpr __int64 n = 130;
+    std::vector<CMMatrix2Dzq> mats(5);
+    for (__int64 t = 0; t < 5; ++t)
+        fillNumbers(mats[static_cast<std::size_t>(t)], n, t == 2 ? 127 : t == 4 ? 129 : n, t);
+    mats[3].getDataPP()[1] = nullptr;
+    CSnsCohDatazq d;
+    ASSERT_EQ(d.setData4MCohTimSnsSns(mats.data(), 5), 1);
+    for (__int64 t = 0; t < 5; ++t) {
+        for (__int64 r = 0; r < 4; ++r) {
+            for (__int64 c = 0; c < n; ++c) {
+                const bool absent =
+                    (t == 2 && c >= 127) || (t == 4 && c == 129) || (t == 3 && r == 1);
+                ASSERT_EQ(cell(d, t, r, c), absent ? 0.0 : numberOf(t, r, c));
             }
         }
     }

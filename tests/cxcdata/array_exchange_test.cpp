@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <numeric>
 #include <vector>
 
 namespace {
@@ -16,23 +17,21 @@ struct Shape {
     std::size_t size() const { return static_cast<std::size_t>(nTim * rows * cols); }
 };
 
-// Values in the order of the array: slice, row, column.
+// Numbers from 0 on in the order of the array: slice, row, column.
 Values arrayOf(const Shape& shape) {
-    Values values;
-    for (__int64 t = 0; t < shape.nTim; ++t) {
-        for (__int64 r = 0; r < shape.rows; ++r) {
-            for (__int64 c = 0; c < shape.cols; ++c)
-                values.push_back(test::cellValue(t, r, c));
-        }
-    }
+    Values values(shape.size());
+    std::iota(values.begin(), values.end(), 0.0);
     return values;
 }
 
 }  // namespace
 
 TEST(ArrayExchange, EveryValueReachesItsPairAndSliceAndComesBack) {
-    for (const Shape& shape : {Shape{1, 1, 1}, Shape{2, 3, 5}, Shape{7, 5, 3}, Shape{129, 2, 17},
-                               Shape{257, 3, 8}, Shape{128, 1, 16}, Shape{3, 2, 9}}) {
+    // The last two lines: around the tiles of the copies.
+    for (const Shape& shape :
+         {Shape{1, 1, 1}, Shape{2, 3, 5}, Shape{7, 5, 3}, Shape{129, 2, 17}, Shape{257, 3, 8},
+          Shape{128, 1, 16}, Shape{3, 2, 9}, Shape{31, 2, 63}, Shape{32, 1, 64}, Shape{33, 2, 65},
+          Shape{5, 2, 127}, Shape{127, 1, 128}, Shape{131, 2, 129}, Shape{3, 2, 257}}) {
         const Values values = arrayOf(shape);
         CSnsCohDatazq dataset;
         ASSERT_EQ(cxc::datasetFromArray(dataset, values.data(), shape.nTim, shape.rows, shape.cols),
@@ -40,8 +39,10 @@ TEST(ArrayExchange, EveryValueReachesItsPairAndSliceAndComesBack) {
         for (__int64 r = 0; r < shape.rows; ++r) {
             for (__int64 c = 0; c < shape.cols; ++c) {
                 ASSERT_EQ(dataset.m_mCC[r][c].getSize(), shape.nTim);
-                for (__int64 t = 0; t < shape.nTim; ++t)
-                    ASSERT_EQ(test::cell(dataset, t, r, c), test::cellValue(t, r, c));
+                for (__int64 t = 0; t < shape.nTim; ++t) {
+                    ASSERT_EQ(test::cell(dataset, t, r, c),
+                              static_cast<double>((t * shape.rows + r) * shape.cols + c));
+                }
             }
         }
         Values back(shape.size(), -1.0);

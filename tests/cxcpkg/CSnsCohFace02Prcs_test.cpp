@@ -413,6 +413,48 @@ TEST_F(CSnsCohFace02Prcs_ActCtl, AbsentValuesLeaveZero) {
     EXPECT_EQ(cell(*package.m_cohActCtl, 4, 1, 2), cellValue(4, 1, 2) - 6);
 }
 
+// Some lengths of a cache line and every rest.
+TEST_F(CSnsCohFace02Prcs_ActCtl, EverySliceOfManyIsCombined) {
+    for (const __int64 nTim : {1, 2, 7, 8, 9, 15, 16, 17, 35}) {
+        ActCtlPackage package;
+        test::fill(*package.m_cohActive, 2, 3, nTim);
+        for (const int code : {0, 1, 2, 3}) {
+            package.m_actCtlOperation = code;
+            ASSERT_EQ(package.doAct_Ctl_operation(), 1);
+            for (__int64 t = 0; t < nTim; ++t) {
+                const double a = cellValue(t, 1, 2);
+                const double expected[] = {a - 6, a + 6, a * 6, a / 6};
+                EXPECT_EQ(cell(*package.m_cohActCtl, t, 1, 2), expected[code]) << nTim;
+            }
+        }
+    }
+}
+
+TEST_F(CSnsCohFace02Prcs_ActCtl, PairsThatOneGridLacksAreZero) {
+    struct {
+        __int64 rows, cols;  // of the grid, while 2 x 3 are counted
+    } const smaller[] = {{2, 2}, {1, 3}, {1, 1}};
+    for (const int lacking : {active, control}) {
+        for (const auto& size : smaller) {
+            ActCtlPackage package;
+            CSnsCohDatazq& dataset =
+                lacking == active ? *package.m_cohActive : *package.m_cohControl;
+            test::fill(dataset, size.rows, size.cols, lacking == active ? 5 : 1);
+            dataset.setChnlRowCol(2, 3);
+            ASSERT_EQ(package.doAct_Ctl_operation(), 1);
+            for (__int64 r = 0; r < 2; ++r) {
+                for (__int64 c = 0; c < 3; ++c) {
+                    const double baseline =
+                        lacking == active ? ActCtlPackage::baseline(r, c) : cellValue(0, r, c);
+                    const bool there = r < size.rows && c < size.cols;
+                    EXPECT_EQ(cell(*package.m_cohActCtl, 4, r, c),
+                              there ? cellValue(4, r, c) - baseline : 0.0);
+                }
+            }
+        }
+    }
+}
+
 TEST_F(CSnsCohFace02Prcs_ActCtl, ClassesWithoutGridsGiveZeros) {
     ActCtlPackage package;
     package.m_cohControl->cleanSnsCohData();
