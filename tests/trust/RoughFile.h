@@ -21,11 +21,11 @@ public:
 
     static constexpr ULONGLONG never = std::numeric_limits<ULONGLONG>::max();
     ULONGLONG failAt = never;  // the first byte that cannot be read or written
-    bool failFlush = false;
-    bool failClose = false;
-    bool failLength = false;  // it cannot tell its length and its position
+    int failFlush = 0;         // the flush that fails, counted from 1; 0: none
+    bool failLength = false;   // it cannot tell its length and its position
 
     ULONGLONG written() const { return m_position; }
+    int flushes() const { return m_flushes; }
     std::string content() const {
         return m_storing ? m_content.substr(0, static_cast<std::size_t>(m_position)) : m_content;
     }
@@ -67,11 +67,9 @@ public:
         return m_storing ? m_position : m_content.size();
     }
     void Flush() override {
-        if (failFlush) AfxThrowFileException(CFileException::diskFull, -1, nullptr);
+        if (++m_flushes == failFlush) AfxThrowFileException(CFileException::diskFull, -1, nullptr);
     }
-    void Close() override {
-        if (failClose) AfxThrowFileException(CFileException::diskFull, -1, nullptr);
-    }
+    void Close() override {}
     void Abort() override {}
 
 private:
@@ -82,6 +80,7 @@ private:
     std::string m_content;
     ULONGLONG m_position = 0;
     bool m_storing = false;
+    int m_flushes = 0;
 };
 
 /// Passes `record` through an archive on `file`, with a buffer of the customary size that is not

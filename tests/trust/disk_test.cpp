@@ -132,10 +132,14 @@ TEST(FailingDisk, EveryCharacterOfATextAndItsFlushes) {
                   Outcome::fileFailed);
         ASSERT_EQ(file.content(), whole.content().substr(0, static_cast<std::size_t>(n)));
     }
-    RoughFile file(1 << 16);
-    file.failFlush = true;
-    EXPECT_EQ(test::outcomeOf([&] { return cxc::writeText(file, dataset) ? 1 : 0; }),
-              Outcome::fileFailed);
+    ASSERT_GE(whole.flushes(), dataset.m_cohTimTotal);
+    for (int n = 1; n <= whole.flushes(); ++n) {
+        RoughFile file(1 << 16);
+        file.failFlush = n;
+        ASSERT_EQ(test::outcomeOf([&] { return cxc::writeText(file, dataset) ? 1 : 0; }),
+                  Outcome::fileFailed);
+        ASSERT_EQ(file.flushes(), n) << "nothing is written after it";
+    }
     expectWhole(dataset, stored);
 }
 
