@@ -1,5 +1,5 @@
-// A file in memory that fails where a test wants it to: at a byte written or read, when flushed,
-// when closed. It takes no memory while it is used.
+// A file in memory that fails where a test wants it to: at a byte written or read, or when flushed.
+// It takes no memory while it is used.
 #pragma once
 
 #include "cxcfile/pass_record.h"
@@ -22,7 +22,6 @@ public:
     static constexpr ULONGLONG never = std::numeric_limits<ULONGLONG>::max();
     ULONGLONG failAt = never;  // the first byte that cannot be read or written
     int failFlush = 0;         // the flush that fails, counted from 1; 0: none
-    bool failLength = false;   // it cannot tell its length and its position
 
     ULONGLONG written() const { return m_position; }
     int flushes() const { return m_flushes; }
@@ -54,18 +53,11 @@ public:
         if (kept < count) AfxThrowFileException(CFileException::diskFull, -1, nullptr);
     }
     ULONGLONG Seek(LONGLONG offset, UINT) override {
-        needLength();
         m_position = static_cast<ULONGLONG>(static_cast<LONGLONG>(m_position) + offset);
         return m_position;
     }
-    ULONGLONG GetPosition() const override {
-        needLength();
-        return m_position;
-    }
-    ULONGLONG GetLength() const override {
-        needLength();
-        return m_storing ? m_position : m_content.size();
-    }
+    ULONGLONG GetPosition() const override { return m_position; }
+    ULONGLONG GetLength() const override { return m_storing ? m_position : m_content.size(); }
     void Flush() override {
         if (++m_flushes == failFlush) AfxThrowFileException(CFileException::diskFull, -1, nullptr);
     }
@@ -73,10 +65,6 @@ public:
     void Abort() override {}
 
 private:
-    void needLength() const {
-        if (failLength) AfxThrowFileException(CFileException::badSeek, -1, nullptr);
-    }
-
     std::string m_content;
     ULONGLONG m_position = 0;
     bool m_storing = false;
