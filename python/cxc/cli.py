@@ -88,7 +88,15 @@ def _parser() -> argparse.ArgumentParser:
         prog="python -m cxc", description="Channel-by-channel coherence of MEG and EEG."
     )
     commands = parser.add_subparsers(metavar="COMMAND", required=True)
+    for add in (
+        _add_compute, _add_study, _add_info, _add_plot, _add_page, _add_convert, _add_simulate,
+        _add_demo,
+    ):  # fmt: skip
+        add(commands)
+    return parser
 
+
+def _add_compute(commands) -> None:
     compute = commands.add_parser(
         "compute", help="coherence of every sensor pair of a recording, as a .cxc file"
     )
@@ -97,6 +105,8 @@ def _parser() -> argparse.ArgumentParser:
     _add_analysis(compute)
     compute.set_defaults(run=_compute)
 
+
+def _add_study(commands) -> None:
     study = commands.add_parser(
         "study", help="Active against Control in every subject, then average and summary"
     )
@@ -136,57 +146,11 @@ def _parser() -> argparse.ArgumentParser:
     _add_analysis(study)
     study.set_defaults(run=_study)
 
+
+def _add_info(commands) -> None:
     info = commands.add_parser("info", help="what a file holds: a dataset, a package or a group")
     info.add_argument("file")
     info.set_defaults(run=_info)
-
-    _add_plot(commands)
-
-    page = commands.add_parser(
-        "page",
-        help="a dataset, package or group as one HTML file to browse: heat maps, circles, courses",
-    )
-    page.add_argument("file", help="a dataset, a package or a group")
-    _add_output(page, ".html")
-    page.add_argument(
-        "--limits", nargs=2, type=float, metavar=("LOW", "HIGH"),
-        help="values at the ends of the colours; default: those of all datasets",
-    )  # fmt: skip
-    page.add_argument(
-        "--difference-limits", nargs=2, type=float, metavar=("LOW", "HIGH"),
-        help="the same for Act-Ctl of a package",
-    )  # fmt: skip
-    page.set_defaults(run=_page)
-
-    convert = commands.add_parser(
-        "convert", help="a dataset to or from netCDF, MATLAB, CSV, GraphML, NumPy: by the endings"
-    )
-    convert.add_argument("source", help=".cxc, .nc, .h5, .mat, .npy or .npz")
-    convert.add_argument("target", help=".cxc, .nc, .h5, .mat, .csv, .graphml or .npz")
-    convert.add_argument("--force", action="store_true", help="replace an existing output")
-    convert.set_defaults(run=_convert)
-
-    simulate = commands.add_parser(
-        "simulate", help="recordings of several subjects with known coupling, to try a study on",
-        description="Writes NAME_1.fif (Control) and NAME_2.fif (Active) for each subject, always "
-        "the same. In 8 to 13 Hz F3-P3 is coupled in both, C3-C4 in Active only and O1-O2 in "
-        "Control only; Active of the last subject is shorter.",
-    )  # fmt: skip
-    simulate.add_argument("folder", help="for the recordings; made when missing")
-    simulate.add_argument(
-        "--subjects", type=_count, default=10, metavar="N", help="how many; default: 10"
-    )
-    simulate.add_argument("--force", action="store_true", help="replace existing recordings")
-    simulate.set_defaults(run=_simulate)
-
-    demo = commands.add_parser(
-        "demo", help="recording, coherence, dataset, file, picture: the whole way"
-    )
-    demo.add_argument("recording", nargs="?", help="default: a simulated one")
-    demo.add_argument("--out", default="out", help="folder for the results; default: out")
-    _add_analysis(demo)
-    demo.set_defaults(run=_demo)
-    return parser
 
 
 def _add_plot(commands) -> None:
@@ -235,6 +199,59 @@ def _add_plot(commands) -> None:
     plot.add_argument("--title", help="default: the name in the file")
     plot.add_argument("--dpi", type=_count, help="dots per inch of .png; default: 150")
     plot.set_defaults(run=_plot)
+
+
+def _add_page(commands) -> None:
+    page = commands.add_parser(
+        "page",
+        help="a dataset, package or group as one HTML file to browse: heat maps, circles, courses",
+    )
+    page.add_argument("file", help="a dataset, a package or a group")
+    _add_output(page, ".html")
+    page.add_argument(
+        "--limits", nargs=2, type=float, metavar=("LOW", "HIGH"),
+        help="values at the ends of the colours; default: those of all datasets",
+    )  # fmt: skip
+    page.add_argument(
+        "--difference-limits", nargs=2, type=float, metavar=("LOW", "HIGH"),
+        help="the same for Act-Ctl of a package",
+    )  # fmt: skip
+    page.set_defaults(run=_page)
+
+
+def _add_convert(commands) -> None:
+    convert = commands.add_parser(
+        "convert", help="a dataset to or from netCDF, MATLAB, CSV, GraphML, NumPy: by the endings"
+    )
+    convert.add_argument("source", help=".cxc, .nc, .h5, .mat, .npy or .npz")
+    convert.add_argument("target", help=".cxc, .nc, .h5, .mat, .csv, .graphml or .npz")
+    convert.add_argument("--force", action="store_true", help="replace an existing output")
+    convert.set_defaults(run=_convert)
+
+
+def _add_simulate(commands) -> None:
+    simulate = commands.add_parser(
+        "simulate", help="recordings of several subjects with known coupling, to try a study on",
+        description="Writes NAME_1.fif (Control) and NAME_2.fif (Active) for each subject, always "
+        "the same. In 8 to 13 Hz F3-P3 is coupled in both, C3-C4 in Active only and O1-O2 in "
+        "Control only; Active of the last subject is shorter.",
+    )  # fmt: skip
+    simulate.add_argument("folder", help="for the recordings; made when missing")
+    simulate.add_argument(
+        "--subjects", type=_count, default=10, metavar="N", help="how many; default: 10"
+    )
+    simulate.add_argument("--force", action="store_true", help="replace existing recordings")
+    simulate.set_defaults(run=_simulate)
+
+
+def _add_demo(commands) -> None:
+    demo = commands.add_parser(
+        "demo", help="recording, coherence, dataset, file, picture: the whole way"
+    )
+    demo.add_argument("recording", nargs="?", help="default: a simulated one")
+    demo.add_argument("--out", default="out", help="folder for the results; default: out")
+    _add_analysis(demo)
+    demo.set_defaults(run=_demo)
 
 
 def _slices(text: str) -> slice | int:
