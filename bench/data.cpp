@@ -1,8 +1,11 @@
 #include "bench/data.h"
 
+#include <cstdint>
 #include <cstdlib>
 #include <filesystem>
+#include <new>
 #include <stdexcept>
+#include <system_error>
 
 namespace bench {
 namespace {

@@ -3,6 +3,8 @@
 
 #include "bench/operations.h"
 
+#include <vector>
+
 namespace bench {
 
 /// The limits of the operations on a dataset, or on a group. Requires that operations(shape) was

@@ -3,8 +3,6 @@
 #include "cxcdata/prefetch.h"
 #include "cxcfile/record_io.h"
 
-#include <algorithm>
-
 namespace {
 
 constexpr TCHAR vectorMagic[] = _T("MMATRIX1DX");

@@ -1,6 +1,5 @@
 #include "cxcpkg/widening.h"
 
-#include <algorithm>
 #include <limits>
 
 namespace cxc {

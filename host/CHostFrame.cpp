@@ -4,6 +4,7 @@
 #include "host/resource.h"
 
 #include <algorithm>
+#include <utility>
 
 IMPLEMENT_DYNAMIC(CHostFrame, CFrameWnd)
 

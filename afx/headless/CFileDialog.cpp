@@ -6,6 +6,7 @@
 #include "afx/core/utf8.h"
 
 #include <filesystem>
+#include <system_error>
 
 INT_PTR CFileDialog::DoModal() {
     CWinApp* const app = AfxGetApp();

@@ -6,6 +6,7 @@
 
 #include <cstdio>
 #include <filesystem>
+#include <system_error>
 
 namespace afx {
 

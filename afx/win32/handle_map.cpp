@@ -1,5 +1,7 @@
 #include "afx/win32/handle_map.h"
 
+#include <vector>
+
 namespace afx {
 namespace {
 

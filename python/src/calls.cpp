@@ -4,8 +4,8 @@
 
 #include <cerrno>
 #include <climits>
-#include <memory>
 #include <mutex>
+#include <new>
 #include <utility>
 
 namespace py = pybind11;

@@ -5,9 +5,7 @@
 #include <cstring>
 #include <fstream>
 #include <limits>
-#include <stdexcept>
 #include <string>
-#include <vector>
 
 #ifdef __linux__
 #include <unistd.h>

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <stdexcept>
+#include <utility>
 
 #ifdef _WIN32
 #include "tests/support/DialogDriver.h"

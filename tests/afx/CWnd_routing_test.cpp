@@ -6,6 +6,8 @@
 
 #include <shlobj.h>
 
+#include <algorithm>
+
 namespace {
 
 using test::ControlsDialog;

@@ -8,7 +8,6 @@
 #include "tests/support/TestApp.h"
 
 #include <cmath>
-#include <filesystem>
 #include <limits>
 #include <sstream>
 #include <string>

@@ -13,7 +13,6 @@
 
 #include <algorithm>
 #include <cstring>
-#include <functional>
 #include <limits>
 #include <string>
 #include <vector>

@@ -3,6 +3,7 @@
 #include "tests/cxcpkg/package_fixture.h"
 
 #include <algorithm>
+#include <type_traits>
 #include <vector>
 
 namespace {

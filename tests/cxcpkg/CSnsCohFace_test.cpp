@@ -2,6 +2,8 @@
 
 #include "tests/cxcpkg/package_fixture.h"
 
+#include <type_traits>
+
 namespace {
 
 using test::actCtl;

@@ -3,8 +3,6 @@
 #include "tests/cxcpkg/package_fixture.h"
 #include "tests/support/Viewer.h"
 
-#include <memory>
-
 namespace {
 
 using test::actCtl;

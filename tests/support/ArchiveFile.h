@@ -13,6 +13,7 @@
 #include <iterator>
 #include <random>
 #include <string>
+#include <system_error>
 
 namespace test {
 

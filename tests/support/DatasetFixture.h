@@ -8,7 +8,6 @@
 #include "siblings/matrix/CMMatrix2Dzq.h"
 
 #include <functional>
-#include <memory>
 #include <string>
 #include <vector>
 

@@ -12,6 +12,7 @@
 #include <chrono>
 #include <mutex>
 #include <optional>
+#include <string>
 #include <thread>
 #include <vector>
 

@@ -1,5 +1,6 @@
 #include "tests/tools/tool_fixture.h"
 
+#include <algorithm>
 #include <limits>
 
 namespace {

@@ -9,6 +9,7 @@
 #include "tests/trust/RoughFile.h"
 #include "tests/trust/every_operation.h"
 
+#include <cstdint>
 #include <string>
 
 namespace test {

@@ -8,7 +8,9 @@
 #include "tests/trust/QuietApp.h"
 #include "tests/trust/every_operation.h"
 
+#include <algorithm>
 #include <cmath>
+#include <cstdio>
 #include <cstring>
 #include <limits>
 #include <memory>

@@ -13,9 +13,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdio>
 #include <functional>
 #include <memory>
-#include <set>
 
 namespace {
 

@@ -5,6 +5,8 @@
 #include "res/resource.h"
 #include "tests/ui/ui_fixture.h"
 
+#include <initializer_list>
+
 namespace {
 
 using test::Texts;

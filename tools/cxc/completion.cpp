@@ -1,5 +1,7 @@
 #include "tools/cxc/commands.h"
 
+#include <memory>
+
 namespace tool {
 namespace {
 

@@ -1,7 +1,6 @@
 #include "tools/cxc/app.h"
 #include "tools/cxc/commands.h"
 
-#include <algorithm>
 #include <new>
 
 namespace tool {

@@ -8,6 +8,7 @@
 #include <charconv>
 #include <memory>
 #include <numeric>
+#include <system_error>
 
 namespace tool {
 namespace {

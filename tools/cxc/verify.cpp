@@ -4,7 +4,6 @@
 #include "tools/cxc/records.h"
 
 #include <cmath>
-#include <functional>
 
 namespace tool {
 namespace {
