@@ -9,9 +9,10 @@
 #include <pybind11/numpy.h>
 #include <pybind11/stl.h>
 
+#include <algorithm>
 #include <cmath>
 #include <memory>
-#include <tuple>
+#include <string>
 #include <utility>
 
 namespace py = pybind11;
@@ -273,7 +274,7 @@ void defineFields(DatasetClass& c) {
     text<&Dataset::m_cxcCmptInfo>(c, "note");
 }
 
-void defineOperations(DatasetClass& c) {
+void defineValues(DatasetClass& c) {
     c.def("has_grid", [](const Dataset& d) { return hasGrid(d); })
         .def("to_array", toArray)
         .def("pair",
@@ -297,30 +298,30 @@ void defineOperations(DatasetClass& c) {
                       setChannels<&CWavChnlChnlData::m_chnlA>)
         .def_property("channels_b", channels<&CWavChnlChnlData::m_chnlB>,
                       setChannels<&CWavChnlChnlData::m_chnlB>)
-        .def("set_select", &Dataset::setSelect)
+        .def("part", partOf)
+        .def("signed_range", signedRange)
+        .def("absolute_range", absoluteRange)
+        .def("statistics", statistics)
+        .def("statistics_text", [](Dataset& d) {
+            CString line;
+            run([&] {
+                line = d.getStatistics();
+                return 1;
+            });
+            return toPython(line);
+        });
+}
+
+void defineOperations(DatasetClass& c) {
+    c.def("set_select", &Dataset::setSelect)
         .def("latency_of", &Dataset::getLatency4PtSecond)
         .def("type_name", [](Dataset& d) { return toPython(d.getChnlTypeIDname()); })
-        .def("save", save, py::arg("path"), py::arg("progress") = py::none())
-        .def_static("load", load, py::arg("path"), py::arg("progress") = py::none())
-        .def("part", partOf)
         .def("normalize_rms",
              [](Dataset& d) { require([&] { return d.normRMS(); }, "", "no values"); })
         .def("check_range",
              [](Dataset& d) { require([&] { return d.checkDataRange(); }, "", "no values"); })
         .def("zero_diagonal",
              [](Dataset& d) { require([&] { return d.zeroDiagonal(); }, "", "no values"); })
-        .def("signed_range", signedRange)
-        .def("absolute_range", absoluteRange)
-        .def("statistics", statistics)
-        .def("statistics_text",
-             [](Dataset& d) {
-                 CString line;
-                 run([&] {
-                     line = d.getStatistics();
-                     return 1;
-                 });
-                 return toPython(line);
-             })
         .def("add",
              [](Dataset& d, const Dataset& other) {
                  require([&] { return d.sumDatSetSns(other); }, "",
@@ -328,6 +329,8 @@ void defineOperations(DatasetClass& c) {
              })
         .def("accumulate_time",
              [](Dataset& d) { require([&] { return d.accumulateTime1(); }, "", "no values"); })
+        .def("save", save, py::arg("path"), py::arg("progress") = py::none())
+        .def_static("load", load, py::arg("path"), py::arg("progress") = py::none())
         .def("export_text", exportText, py::arg("path"), py::arg("target"),
              py::arg("progress") = py::none());
 }
@@ -338,6 +341,7 @@ void registerDataset(py::module_& m) {
     DatasetClass c(m, "Dataset");
     c.def(py::init<>()).def_static("from_array", fromArray);
     defineFields(c);
+    defineValues(c);
     defineOperations(c);
     m.def("slice_count", &Dataset::getCohTim, py::arg("points"), py::arg("step"),
           py::arg("window"));
