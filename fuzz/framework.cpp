@@ -4,6 +4,10 @@
 #include "fuzz/records.h"
 
 #include <algorithm>
+#include <cstdint>
+#include <cstdio>
+#include <cstring>
+#include <string>
 
 namespace {
 
@@ -128,87 +132,117 @@ std::string checkLoading(Input in) {
     return wrong;
 }
 
-std::string checkString(Input in) {
+LPCTSTR pointer(const std::u16string& text) {
+    return reinterpret_cast<LPCTSTR>(text.c_str());
+}
+
+// A position as the framework counts it.
+int index(std::size_t at) {
+    return at == std::u16string::npos ? -1 : static_cast<int>(at);
+}
+
+// A string of the framework and what it must be.
+struct Twins {
     CString real;
     std::u16string plain;
-    const auto text = [&] {
-        return std::u16string(in.byte() % 5, static_cast<char16_t>(u'a' + in.byte() % 3));
-    };
-    const auto pointer = [](const std::u16string& t) {
-        return reinterpret_cast<LPCTSTR>(t.c_str());
-    };
-    const auto index = [](std::size_t at) {
-        return at == std::u16string::npos ? -1 : static_cast<int>(at);
-    };
-    for (int calls = 0; in.left() && calls < 300; ++calls) {
-        const std::u16string piece = text();
-        const int n = static_cast<int>(in.byte()) % 12 - 3;
-        const auto at =
-            static_cast<std::size_t>(std::min<int>(std::max(n, 0), static_cast<int>(plain.size())));
-        switch (in.byte() % 9) {
-            case 0:
-                real += pointer(piece);
-                plain += piece;
-                break;
-            case 1:
-                real = real.Left(n);
-                plain = plain.substr(0, at);
-                break;
-            case 2:
-                real = real.Right(n);
-                plain = plain.substr(plain.size() - at);
-                break;
-            case 3:
-                real = real.Mid(n);
-                plain = plain.substr(at);
-                break;
-            case 4: {
-                const CString copy = real;
-                real += copy;
-                real += real;
-                plain += plain;
-                plain += plain;
-                if (plain.size() > 4000) {
-                    real.Empty();
-                    plain.clear();
-                }
-                break;
-            }
-            case 5:
-                if (n >= 0 && real.Find(pointer(piece), n) !=
-                                  (n > static_cast<int>(plain.size())
-                                       ? -1
-                                       : index(plain.find(piece, static_cast<std::size_t>(n)))))
-                    return differ("Find");
-                break;
-            case 6:
-                if (real.ReverseFind(static_cast<TCHAR>('b')) != index(plain.rfind(u'b')))
-                    return differ("ReverseFind");
-                break;
-            case 7: {
-                CString made;
-                made.Format(_T("%d/%s/%5.2f"), n, real.GetString(), n / 7.0);
-                char number[64];
-                std::snprintf(number, sizeof(number), "/%5.2f", n / 7.0);
-                std::u16string wanted;
-                for (const char c : std::to_string(n) + "/")
-                    wanted += static_cast<char16_t>(c);
-                wanted += plain;
-                for (const char* c = number; *c != 0; ++c)
-                    wanted += static_cast<char16_t>(*c);
-                if (made.Compare(pointer(wanted)) != 0) return differ("Format");
-                break;
-            }
-            default: {
-                const int order = real.Compare(pointer(piece));
-                if ((order < 0) != (plain < piece) || (order == 0) != (plain == piece))
-                    return differ("Compare");
+
+    bool alike() const {
+        return real.GetLength() == static_cast<int>(plain.size()) &&
+               std::equal(plain.begin(), plain.end(),
+                          reinterpret_cast<const char16_t*>(real.GetString()));
+    }
+};
+
+constexpr unsigned changes = 5;
+
+void change(Twins& t, unsigned which, const std::u16string& piece, int n) {
+    const std::size_t at = std::min(static_cast<std::size_t>(std::max(n, 0)), t.plain.size());
+    switch (which) {
+        case 0:
+            t.real += pointer(piece);
+            t.plain += piece;
+            break;
+        case 1:
+            t.real = t.real.Left(n);
+            t.plain = t.plain.substr(0, at);
+            break;
+        case 2:
+            t.real = t.real.Right(n);
+            t.plain = t.plain.substr(t.plain.size() - at);
+            break;
+        case 3:
+            t.real = t.real.Mid(n);
+            t.plain = t.plain.substr(at);
+            break;
+        default: {
+            const CString copy = t.real;
+            t.real += copy;
+            t.real += t.real;
+            t.plain += t.plain;
+            t.plain += t.plain;
+            if (t.plain.size() > 4000) {
+                t.real.Empty();
+                t.plain.clear();
             }
         }
-        if (real.GetLength() != static_cast<int>(plain.size()) ||
-            !std::equal(plain.begin(), plain.end(),
-                        reinterpret_cast<const char16_t*>(real.GetString())))
-            return differ("the text");
+    }
+}
+
+bool formatsAlike(const Twins& t, int n) {
+    CString made;
+    made.Format(_T("%d/%s/%5.2f"), n, t.real.GetString(), n / 7.0);
+    char number[64];
+    std::snprintf(number, sizeof(number), "/%5.2f", n / 7.0);
+    std::u16string wanted;
+    for (const char c : std::to_string(n) + "/")
+        wanted += static_cast<char16_t>(c);
+    wanted += t.plain;
+    for (const char* c = number; *c != 0; ++c)
+        wanted += static_cast<char16_t>(*c);
+    return made.Compare(pointer(wanted)) == 0;
+}
+
+bool findsAlike(const Twins& t, const std::u16string& piece, int n) {
+    if (n < 0) return true;
+    const auto from = static_cast<std::size_t>(n);
+    const int wanted = from > t.plain.size() ? -1 : index(t.plain.find(piece, from));
+    return t.real.Find(pointer(piece), n) == wanted;
+}
+
+// Asks both the same, changing neither.
+std::string ask(const Twins& t, unsigned which, const std::u16string& piece, int n) {
+    switch (which) {
+        case 0:
+            return findsAlike(t, piece, n) ? "" : differ("Find");
+        case 1:
+            return t.real.ReverseFind(static_cast<TCHAR>('b')) == index(t.plain.rfind(u'b'))
+                       ? ""
+                       : differ("ReverseFind");
+        case 2:
+            return formatsAlike(t, n) ? "" : differ("Format");
+        default: {
+            const int order = t.real.Compare(pointer(piece));
+            return (order < 0) == (t.plain < piece) && (order == 0) == (t.plain == piece)
+                       ? ""
+                       : differ("Compare");
+        }
+    }
+}
+
+std::string checkString(Input in) {
+    Twins twins;
+    for (int calls = 0; in.left() && calls < 300; ++calls) {
+        const unsigned length = in.byte() % 5;
+        const std::u16string piece(length, static_cast<char16_t>(u'a' + in.byte() % 3));
+        const int n = static_cast<int>(in.byte()) % 12 - 3;
+        const unsigned which = in.byte() % 9;
+        if (which < changes) {
+            change(twins, which, piece, n);
+        } else {
+            const std::string wrong = ask(twins, which - changes, piece, n);
+            if (!wrong.empty()) return wrong;
+        }
+        if (!twins.alike()) return differ("the text");
     }
     return "";
 }
