@@ -26,7 +26,7 @@ cxc::pass::Slice slicesOf(const CSnsCohData& dataset, const CWavChnlChnlDatazq* 
     return {values.data, 0, std::min(values.size, dataset.m_cohTimTotal), true};
 }
 
-// Calls take with the accumulator of every row, over all its columns and slices.
+// Calls `take` with the accumulator of every row, over all its columns and slices.
 template <template <class> class Accumulator, class Take>
 void eachRow(const CSnsCohData& dataset, Take take) {
     cxc::pass::eachRow<Accumulator>(

@@ -14,7 +14,7 @@ using cxc::pass::MagnitudeRange;
 using cxc::pass::rowsThere;
 using cxc::pass::Slice;
 
-// Magnitudes over the slices from to to, inclusive, of every pair, as far as they are there.
+// Magnitudes of every pair over the slices `from` to `to`, both included, as far as it has them.
 MagnitudeRange<double> magnitudeRange(const CSnsCohData& dataset, __int64 from, __int64 to) {
     const auto slices = [&](const CWavChnlChnlDatazq* vector, __int64, __int64) -> Slice {
         const cxc::grid::Values values = cxc::grid::values(vector);

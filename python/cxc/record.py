@@ -9,7 +9,7 @@ from . import _core
 from .files import whole_file
 
 Progress = Callable[[int, int], object]
-"""Told how far a call is, and of how much, some times a second and at the end.
+"""Told how far a call is, and of how much, several times a second and at the end.
 
 What it raises ends the call, as Ctrl-C does in the main thread. It may look at datasets, but not
 change one or make another call of the library.

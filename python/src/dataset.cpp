@@ -26,12 +26,13 @@ using DatasetClass = py::class_<Dataset, std::shared_ptr<Dataset>>;
 using Doubles = py::array_t<double, py::array::c_style | py::array::forcecast>;
 using Integers = py::array_t<long long, py::array::c_style | py::array::forcecast>;
 
-// Whether the public counters lie inside the grid; a file can make them disagree.
+// Whether there are pairs: a file may announce them and have none. A grid of a dataset that Python
+// owns is as large as the counters say.
 bool hasGrid(const Dataset& d) {
     return d.m_mCC != nullptr && d.m_snsRowTotal > 0 && d.m_snsColTotal > 0;
 }
 
-// The grid as the counters describe it, or an error: Python indexes freely.
+// For calls that go into the grid without the library.
 void needGrid(Dataset& d) {
     if (!hasGrid(d)) fail("the dataset has no values");
 }
