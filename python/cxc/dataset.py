@@ -25,8 +25,6 @@ _Core = _core.Dataset
 Indices = Union[int, slice, Sequence[int], npt.NDArray[np.integer], npt.NDArray[np.bool_]]
 Sensors = Union[Sequence[Union[int, str]], slice, npt.NDArray[np.integer], npt.NDArray[np.bool_]]
 
-CHANNEL_TYPES = {0: "all", 1: "meg", 2: "eeg", 3: "meg+eeg"}
-
 
 def slice_count(points: int, step: int, window: int) -> int:
     """Slices of a window of `window` points moved over `points` points in steps of `step`.

@@ -12,8 +12,6 @@ import numpy as np
 
 from .errors import CommandError
 
-PICKS = ("all", "eeg", "meg")
-
 # MNE's channel types that are sensors, and what the user calls them.
 _SENSOR_TYPES = {"eeg": "eeg", "mag": "meg", "grad": "meg"}
 
