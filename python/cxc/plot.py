@@ -43,19 +43,16 @@ from typing import Any, Callable, Sequence
 
 import matplotlib
 import numpy as np
-from matplotlib.backends.backend_agg import FigureCanvasAgg
 from matplotlib.figure import Figure
 
 from .plot_circle import draw_circle
-from .plot_course import courses_of, draw_course, sensor_index
+from .plot_course import course_figure, courses_of, sensor_index
 from .plot_head import draw_head, draw_map, missing, missing_note, places_of
 from .plot_heat import draw_heat, label_fit, name_room, short
-from .plot_layout import DPI, Look, compose, fitted, format_of, save
-from .plot_layout import caption_of, titles_of
+from .plot_layout import DPI, Look, compose, format_of, save
 from .plot_lines import Line, one_directed, reach_of, strongest
 from .plot_scale import FAINT, INK, Scale, make_scale, rounded_top
 from .plot_source import (
-    COHERENCE,
     Panel,
     Shown,
     Slices,
@@ -269,7 +266,11 @@ def course(
     found = courses_of(source, members, given, pairs, lines)
     shown = entitled(Shown([[]], notes=found.notes), source, members)
     shown.quantities = {0: quantity_of(members[0], any((v < 0).any() for v in found.values))}
-    return _finished(_course_figure(shown, common, found), path, common)
+    _reword(shown, common)
+    figure = course_figure(
+        shown, found, signed=common.signed, limits=common.limits, shared=common.shared
+    )
+    return _finished(figure, path, common)
 
 
 @_picture
@@ -492,87 +493,6 @@ def _bar_figure(shown: Shown, common: _Common, seeds: list[int]) -> Figure:
 
     look = Look(side, height, left=room + 0.1, bottom=0.55, gap=room + 0.15, row_gap=0.6)
     return compose(shown, scales, look, draw, separate=_separate(shown, common), bar=False)
-
-
-def _course_figure(shown: Shown, common: _Common, found) -> Figure:
-    _reword(shown, common)
-    one = len(found.panels) == 1
-    scale = make_scale(found.values, signed=common.signed, limits=common.limits)
-    ends = [name for _, curves in found.panels for name in (c.name for c in curves)]
-    inside = found.panels[0][0] == ""  # every curve is a pair of its own
-    right = max(name_room([name], 8.5) for name in ends) + 0.15 if inside else 0.25
-    wide = 1 if one else 2 if len(found.panels) <= 8 else 3
-    rows = -(-len(found.panels) // wide)
-    axes_width = 5.6 if one else 3.3 if wide == 2 else 2.5
-    tall = 3.2 if one else 1.5
-    gap, row_gap, left = 0.3, 0.42, 0.75
-    legend = 0.0 if inside else 0.3
-    width = left + wide * axes_width + (wide - 1) * gap + right
-    caption = caption_of(shown, width)
-    bottom = 0.62 + (0.16 * len(caption) + 0.05 if caption else 0.0)
-    height = 0.8 + legend + rows * (tall + row_gap) - row_gap + bottom + (0.0 if one else 0.25)
-    figure = Figure(figsize=(width, height), dpi=DPI, facecolor="white")
-    FigureCanvasAgg(figure)
-    first = None
-    for number, (name, curves) in enumerate(found.panels):
-        r, c = divmod(number, wide)
-        x = left + c * (axes_width + gap)
-        y = height - 0.8 - legend - (0.0 if one else 0.25) - r * (tall + row_gap) - tall
-        axes = figure.add_axes(
-            (x / width, y / height, axes_width / width, tall / height), sharex=first, sharey=first
-        )
-        first = first or axes
-        one_scale = scale if common.shared or one else make_scale(
-            [part for curve in curves for part in (curve.values, curve.low, curve.high)
-             if part is not None], signed=common.signed, limits=common.limits,
-        )  # fmt: skip
-        if one_scale is not scale:
-            axes.remove()
-            axes = figure.add_axes(
-                (x / width, y / height, axes_width / width, tall / height), sharex=first
-            )
-        draw_course(axes, curves, one_scale, named=inside, height=tall)
-        if name:
-            axes.set_title(fitted(name, axes_width, 9.5), fontsize=9.5, color=INK, pad=4)
-        lowest = number + wide >= len(found.panels)
-        axes.tick_params(labelbottom=lowest, labelleft=c == 0 or one_scale is not scale)
-        if lowest:
-            axes.set_xlabel("time [s]" if found.timed else "slice", fontsize=9.5, color=INK)
-    quantity = shown.quantities[0]
-    middle = (height - 0.8 - legend + bottom) / 2 / height
-    size = min(9.5, (height - 0.8) * 72.0 / (len(quantity) * 0.55))
-    figure.text(
-        0.16 / width, middle, quantity, rotation=90, va="center", ha="center", fontsize=size,
-        color=INK,
-    )  # fmt: skip
-    if not inside and first is not None:
-        _legend(figure, found.panels[0][1], 1 - 0.76 / height, left / width)
-    titles_of(figure, shown, 0.3 / width)
-    for number, line in enumerate(reversed(caption)):
-        figure.text(
-            0.3 / width, (0.1 + 0.16 * number) / height, line, fontsize=8, color=FAINT, va="bottom"
-        )
-    return figure
-
-
-def _legend(figure: Figure, curves, top: float, left: float) -> None:
-    from matplotlib.lines import Line2D
-    from matplotlib.patches import Patch
-
-    from .plot_scale import LINE_COLOURS
-
-    handles: list[Any] = []
-    longest = max(len(curve.times) for curve in curves)
-    for number, curve in enumerate(curves):
-        colour = LINE_COLOURS[number % len(LINE_COLOURS)]
-        once = len(curve.times) == 1 < longest
-        line = Line2D([], [], color=colour, linewidth=1.5, linestyle="--" if once else "-")
-        handles.append((Patch(color=colour, alpha=0.22), line) if curve.low is not None else line)
-    figure.legend(
-        handles, [curve.name for curve in curves], loc="upper left", bbox_to_anchor=(left, top),
-        ncol=4, frameon=False, fontsize=8.5, borderaxespad=0.0, borderpad=0.0,
-        labelcolor=INK, columnspacing=1.5, handlelength=1.6,
-    )  # fmt: skip
 
 
 # -- what the kinds have in common

@@ -3,15 +3,20 @@
 from __future__ import annotations
 
 from dataclasses import dataclass, field
-from typing import Sequence
+from typing import Any, Sequence, Tuple
 
 import numpy as np
 from matplotlib.axes import Axes
+from matplotlib.figure import Figure
+from matplotlib.lines import Line2D
+from matplotlib.patches import Patch
 from matplotlib.ticker import MaxNLocator
 
 from .containers import Group
-from .plot_scale import FAINT, INK, LINE_COLOURS, Scale
-from .plot_source import DIFFERENCES, Member, finite_mean, lost_note, names_of, values_of
+from .plot_heat import name_room
+from .plot_layout import add_words, caption_of, fitted, new_figure
+from .plot_scale import FAINT, INK, LINE_COLOURS, Scale, make_scale
+from .plot_source import DIFFERENCES, Member, Shown, finite_mean, lost_note, names_of, values_of
 
 _STYLES = ("-", "--", ":", "-.")
 
@@ -26,6 +31,11 @@ class Curve:
     low: np.ndarray | None = None
     high: np.ndarray | None = None
 
+    @property
+    def drawn(self) -> list[np.ndarray]:
+        """All values that need room on the value axis."""
+        return [part for part in (self.values, self.low, self.high) if part is not None]
+
 
 @dataclass
 class Courses:
@@ -37,8 +47,7 @@ class Courses:
 
     @property
     def values(self) -> list[np.ndarray]:
-        parts = [(c.values, c.low, c.high) for _, curves in self.panels for c in curves]
-        return [array for part in parts for array in part if array is not None]
+        return [part for _, curves in self.panels for curve in curves for part in curve.drawn]
 
 
 def courses_of(
@@ -63,40 +72,54 @@ def courses_of(
         chosen = [(sensor_index(rows, a), sensor_index(columns, b)) for a, b in pairs]
     if not chosen:
         raise ValueError("no finite value to show")
-    timed = all(member.about.sampling_rate > 0 for member in held)
-    names = [f"{rows[r]} \u2013 {columns[c]}" for r, c in chosen]
+    named = [(f"{rows[r]} \u2013 {columns[c]}", r, c) for r, c in chosen]
+    panels_of = _bands if isinstance(source, Group) and len(held) > 1 else _lines
+    result = panels_of(held, arrays, named)
     notes = lost_note(lost)
     if labels is None and any(names != known[0] for names in known):
         notes.append("the datasets name their sensors differently; names are those of the first")
-    panels: list[tuple[str, list[Curve]]] = []
-    if isinstance(source, Group) and len(held) > 1:
-        length = min(len(array) for array in arrays)
-        if any(len(array) != length for array in arrays):
-            notes.append(f"first {length} slices, which all datasets have")
-        times = held[0].about.times[:length]
-        alike = [np.allclose(m.about.times[:length], times) for m in held]
-        if not all(alike):
-            timed, times = False, np.arange(length, dtype=np.float64)
-            notes.append("by slice, as the datasets differ in their times")
-        stack = np.stack([array[:length] for array in arrays])
-        for (r, c), name in zip(chosen, names):
-            panels.append((name, [_band(times, stack[:, :, r, c], len(held))]))
-    elif len(held) > 1:
-        for (r, c), name in zip(chosen, names):
-            curves = [
-                Curve(m.name, _clock(m, timed), array[:, r, c]) for m, array in zip(held, arrays)
-            ]
-            panels.append((name, curves))
-    else:
-        curves = [
-            Curve(name, _clock(held[0], timed), arrays[0][:, r, c])
-            for (r, c), name in zip(chosen, names)
-        ]
-        panels.append(("", curves))
-    result = Courses(panels, timed, notes)
+    result.notes[:0] = notes
     if not any(np.isfinite(array).any() for array in result.values):
         raise ValueError("no finite value to show")
     return result
+
+
+_Pairs = Sequence[Tuple[str, int, int]]  # name, row, column
+
+
+def _bands(held: list[Member], arrays: list[np.ndarray], pairs: _Pairs) -> Courses:
+    """A panel for each pair with the mean of all datasets, over the slices that all have."""
+    notes = []
+    length = min(len(array) for array in arrays)
+    if any(len(array) != length for array in arrays):
+        notes.append(f"first {length} slices, which all datasets have")
+    timed = _timed(held)
+    times = held[0].about.times[:length]
+    if not all(np.allclose(member.about.times[:length], times) for member in held):
+        timed, times = False, np.arange(length, dtype=np.float64)
+        notes.append("by slice, as the datasets differ in their times")
+    stack = np.stack([array[:length] for array in arrays])
+    panels = [(name, [_band(times, stack[:, :, r, c], len(held))]) for name, r, c in pairs]
+    return Courses(panels, timed, notes)
+
+
+def _lines(held: list[Member], arrays: list[np.ndarray], pairs: _Pairs) -> Courses:
+    """One panel with a line for each pair, or a panel for each pair with one for each dataset."""
+    timed = _timed(held)
+    clocks = [_clock(member, timed) for member in held]
+    if len(held) == 1:
+        lines = [Curve(name, clocks[0], arrays[0][:, r, c]) for name, r, c in pairs]
+        return Courses([("", lines)], timed)
+    names = [member.name for member in held]
+    panels = [
+        (pair, [Curve(name, times, a[:, r, c]) for name, times, a in zip(names, clocks, arrays)])
+        for pair, r, c in pairs
+    ]
+    return Courses(panels, timed)
+
+
+def _timed(held: list[Member]) -> bool:
+    return all(member.about.sampling_rate > 0 for member in held)
 
 
 def _clock(member: Member, timed: bool) -> np.ndarray:
@@ -145,7 +168,84 @@ def sensor_index(labels: list[str], sensor: int | str) -> int:
     return alike[0]
 
 
-def draw_course(
+_TITLES = 0.8  # room of title and subtitle [inch]
+
+
+def course_figure(
+    shown: Shown, found: Courses, *, signed: bool | None, limits, shared: bool
+) -> Figure:
+    """A figure of all panels; `signed`, `limits` and `shared` as for the other pictures."""
+    one = len(found.panels) == 1
+    inside = found.panels[0][0] == ""  # every curve is a pair of its own
+    ends = [curve.name for _, curves in found.panels for curve in curves]
+    right = max(name_room([name], 8.5) for name in ends) + 0.15 if inside else 0.25
+    columns = 1 if one else 2 if len(found.panels) <= 8 else 3
+    rows = -(-len(found.panels) // columns)
+    wide = {1: 5.6, 2: 3.3, 3: 2.5}[columns]
+    tall = 3.2 if one else 1.5
+    gap = 0.3 if shared else 0.55  # with the numbers of every panel
+    row_gap, left = 0.42, 0.75
+    width = left + columns * wide + (columns - 1) * gap + right
+    caption = caption_of(shown, width)
+    bottom = 0.62 + (0.16 * len(caption) + 0.05 if caption else 0.0)
+    legend = 0.0 if inside else 0.3
+    own_title = 0.0 if one else 0.25
+    height = _TITLES + legend + rows * (tall + row_gap) - row_gap + bottom + own_title
+    figure = new_figure(width, height)
+    whole = make_scale(found.values, signed=signed, limits=limits)
+    first = None
+    for number, (name, curves) in enumerate(found.panels):
+        r, c = divmod(number, columns)
+        x = left + c * (wide + gap)
+        y = height - _TITLES - legend - own_title - r * (tall + row_gap) - tall
+        scale = whole if shared or one else make_scale(
+            [part for curve in curves for part in curve.drawn], signed=signed, limits=limits
+        )  # fmt: skip
+        axes = figure.add_axes(
+            (x / width, y / height, wide / width, tall / height),
+            sharex=first, sharey=first if scale is whole else None,
+        )  # fmt: skip
+        first = first or axes
+        _draw_curves(axes, curves, scale, named=inside, height=tall)
+        if name:
+            axes.set_title(fitted(name, wide, 9.5), fontsize=9.5, color=INK, pad=4)
+        lowest = number + columns >= len(found.panels)
+        axes.tick_params(labelbottom=lowest, labelleft=c == 0 or scale is not whole)
+        if lowest:
+            axes.set_xlabel("time [s]" if found.timed else "slice", fontsize=9.5, color=INK)
+    _name_values(figure, shown.quantities[0], bottom, height - _TITLES - legend)
+    if not inside:
+        _legend(figure, found.panels[0][1], 1 - 0.76 / height, left / width)
+    add_words(figure, shown, caption, 0.3)
+    return figure
+
+
+def _name_values(figure: Figure, quantity: str, low: float, high: float) -> None:
+    """The name of the value axes at the left edge, between `low` and `high` inches."""
+    width, height = figure.get_size_inches()
+    size = min(9.5, (height - _TITLES) * 72.0 / (len(quantity) * 0.55))
+    figure.text(
+        0.16 / width, (low + high) / 2 / height, quantity, rotation=90, va="center", ha="center",
+        fontsize=size, color=INK,
+    )  # fmt: skip
+
+
+def _legend(figure: Figure, curves: Sequence[Curve], top: float, left: float) -> None:
+    handles: list[Any] = []
+    longest = max(len(curve.times) for curve in curves)
+    for number, curve in enumerate(curves):
+        colour = LINE_COLOURS[number % len(LINE_COLOURS)]
+        once = len(curve.times) == 1 < longest
+        line = Line2D([], [], color=colour, linewidth=1.5, linestyle="--" if once else "-")
+        handles.append((Patch(color=colour, alpha=0.22), line) if curve.low is not None else line)
+    figure.legend(
+        handles, [curve.name for curve in curves], loc="upper left", bbox_to_anchor=(left, top),
+        ncol=4, frameon=False, fontsize=8.5, borderaxespad=0.0, borderpad=0.0,
+        labelcolor=INK, columnspacing=1.5, handlelength=1.6,
+    )  # fmt: skip
+
+
+def _draw_curves(
     axes: Axes, curves: Sequence[Curve], scale: Scale, *, named: bool, height: float
 ) -> None:
     """The curves, with their names at their ends where `named`."""

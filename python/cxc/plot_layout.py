@@ -47,53 +47,59 @@ def compose(
     A colour bar stands behind each run of panels of a family, unless there is no `bar`.
     `separate`: every panel is a family of its own.
     """
-    grid = shown.grid
-    wide = max(len(row) for row in grid)
-    bars = _bar_places(grid, separate) if bar else []
+    bars = _bar_places(shown.grid, separate) if bar else []
     many = len(shown.panels) > 1
-    lines = 0
-    if many:
-        named = len({panel.name for panel in shown.panels}) > 1
-        lines = int(named) + int(any(panel.when for panel in shown.panels))
-    head = 0.07 + 0.17 * lines if lines else 0.0  # room of a panel's own title
-    slots = [_BAR_ROOM if any(spot.column == c for spot in bars) else 0.0 for c in range(wide)]
-    xs = [look.left + c * (look.width + look.gap) + sum(slots[:c]) for c in range(wide)]
-    width = max(xs[-1] + look.width + slots[-1] + (0.1 if slots[-1] else 0.3), 4.0)
+    named = many and len({panel.name for panel in shown.panels}) > 1
+    timed = many and any(panel.when for panel in shown.panels)
+    xs, width = _columns(shown, look, bars)
     caption = caption_of(shown, width)
-    top = 0.85 if shown.subtitle else 0.6
-    if not shown.title and not shown.subtitle:
-        top = 0.15
-    row_height = look.height + head + look.row_gap
-    bottom = look.bottom + 0.16 * len(caption) + (0.12 if caption else 0.0)
-    height = top + row_height * len(grid) - look.row_gap + bottom
-
-    figure = Figure(figsize=(width, height), dpi=DPI, facecolor="white")
-    FigureCanvasAgg(figure)
-
-    def lower(row: int) -> float:
-        return height - top - row * row_height - head - look.height
-
-    for r, row in enumerate(grid):
+    lows, height = _rows(shown, look, int(named) + int(timed), len(caption))
+    figure = new_figure(width, height)
+    for r, row in enumerate(shown.grid):
         for c, panel in enumerate(row):
-            place = (xs[c], lower(r), look.width, look.height)
+            place = (xs[c], lows[r], look.width, look.height)
             axes = figure.add_axes(_share(place, width, height))
             draw(axes, panel, r, c)
-            if lines:
+            if named or timed:
                 first = named and (c == 0 or row[c - 1].name != panel.name)
                 _panel_title(axes, panel, first, named, look.width)
     for spot in bars:
-        low, high = lower(spot.last), lower(spot.first) + look.height
+        low, high = lows[spot.last], lows[spot.first] + look.height
         tall = min(high - low, 5.0)
         x = xs[spot.column] + look.width + 0.18
         place = (x, (low + high - tall) / 2.0, _BAR, tall)
         axes = figure.add_axes(_share(place, width, height), label="colours")
         quantity = shown.quantities.get(spot.family, shown.quantities.get(0, ""))
         _colour_bar(figure, scales[spot.scale], axes, quantity, tall)
-    left = min(look.left, 0.3) / width
-    titles_of(figure, shown, left)
-    for number, line in enumerate(reversed(caption)):
-        y = (0.1 + 0.16 * number) / height
-        figure.text(left, y, line, fontsize=8, color=FAINT, va="bottom")
+    add_words(figure, shown, caption, min(look.left, 0.3))
+    return figure
+
+
+def _columns(shown: Shown, look: Look, bars: list[_BarPlace]) -> tuple[list[float], float]:
+    """The left ends of the columns of panels, and the width of the figure."""
+    wide = max(len(row) for row in shown.grid)
+    slots = [_BAR_ROOM if any(spot.column == c for spot in bars) else 0.0 for c in range(wide)]
+    xs = [look.left + c * (look.width + look.gap) + sum(slots[:c]) for c in range(wide)]
+    return xs, max(xs[-1] + look.width + slots[-1] + (0.1 if slots[-1] else 0.3), 4.0)
+
+
+def _rows(shown: Shown, look: Look, lines: int, notes: int) -> tuple[list[float], float]:
+    """The lower ends of the rows of panels with titles of `lines`, and the height of the figure."""
+    head = 0.07 + 0.17 * lines if lines else 0.0
+    top = 0.85 if shown.subtitle else 0.6
+    if not shown.title and not shown.subtitle:
+        top = 0.15
+    each = look.height + head + look.row_gap
+    bottom = look.bottom + 0.16 * notes + (0.12 if notes else 0.0)
+    height = top + each * len(shown.grid) - look.row_gap + bottom
+    lows = [height - top - row * each - head - look.height for row in range(len(shown.grid))]
+    return lows, height
+
+
+def new_figure(width: float, height: float) -> Figure:
+    """One that no window shows and that Matplotlib does not keep [inch]."""
+    figure = Figure(figsize=(width, height), dpi=DPI, facecolor="white")
+    FigureCanvasAgg(figure)
     return figure
 
 
@@ -177,18 +183,22 @@ def _colour_bar(figure: Figure, scale: Scale, axes: Axes, quantity: str, tall: f
     bar.outline.set_visible(False)
 
 
-def titles_of(figure: Figure, shown: Shown, left: float) -> None:
-    """Title and subtitle at the top, from `left` as a share of the width."""
+def add_words(figure: Figure, shown: Shown, caption: list[str], left: float) -> None:
+    """Title and subtitle at the top, the caption at the bottom, from `left` inches on."""
     title, subtitle = shown.title, shown.subtitle
     width, height = figure.get_size_inches()
-    room = width * (1 - left) - 0.1
+    x = left / width
+    room = width * (1 - x) - 0.1
     size = min(max(room * 72.0 / (max(len(title), 1) * 0.6), 9.5), 13.0)
     figure.text(
-        left, 1 - 0.18 / height, fitted(title, room, size), fontsize=size, weight="bold",
+        x, 1 - 0.18 / height, fitted(title, room, size), fontsize=size, weight="bold",
         color=INK, va="top",
     )  # fmt: skip
     size = min(max(room * 72.0 / (max(len(subtitle), 1) * 0.53), 7.5), 10.0)
-    figure.text(left, 1 - 0.47 / height, subtitle, fontsize=size, color=FAINT, va="top")
+    figure.text(x, 1 - 0.47 / height, subtitle, fontsize=size, color=FAINT, va="top")
+    for number, line in enumerate(reversed(caption)):
+        y = (0.1 + 0.16 * number) / height
+        figure.text(x, y, line, fontsize=8, color=FAINT, va="bottom")
 
 
 def save(figure: Figure, path: str | os.PathLike | None, *, dpi: int, overwrite: bool) -> Figure:

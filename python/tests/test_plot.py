@@ -603,6 +603,21 @@ def test_a_group_has_its_mean_in_a_band_of_minimum_and_maximum():
     assert "First 5 slices, which all datasets have" in words(figure)
 
 
+def test_courses_have_one_value_axis_or_each_its_own():
+    held = cxc.Group(
+        cxc.Dataset.from_array(np.full((3, 3, 3), value) * [[0, 1, 8], [1, 0, 1], [8, 1, 0]])
+        for value in (0.1, 0.11)
+    )
+    pairs = [(0, 1), (0, 2)]
+    first, second = panels(plot.course(held, pairs=pairs))
+    assert first.get_ylim() == second.get_ylim()
+    own = plot.course(held, pairs=pairs, shared=False)
+    own.draw_without_rendering()
+    first, second = panels(own)
+    assert first.get_ylim()[1] < 0.2 and second.get_ylim()[1] > 0.8
+    assert first.get_xlim() == second.get_xlim()
+
+
 def test_a_group_of_different_sensors_has_no_course():
     held = cxc.Group([dataset(), dataset(labels=SITES[:4])])
     with pytest.raises(ValueError, match="differ in their sensors"):
