@@ -1,6 +1,7 @@
 #include "cxcpkg/across_datasets.h"
 
 #include "cxcdata/allocation.h"
+#include "cxcdata/element_wise.h"
 #include "cxcdata/grid.h"
 #include "cxcdata/passes.h"
 #include "cxcdata/two_doubles.h"
@@ -45,10 +46,8 @@ void add(double* sums, const Several<Arrays>& arrays, __int64 n) {
 
 void divide(double* values, __int64 n, double divisor) {
     const TwoDoubles divisors(divisor, divisor);
-    __int64 t = 0;
-    for (; t + 2 <= n; t += 2)
-        (TwoDoubles::load(values + t) / divisors).store(values + t);
-    if (t < n) values[t] /= divisor;
+    elementWise(values, values, n,
+                [divisors](TwoDoubles, TwoDoubles both) { return both / divisors; });
 }
 
 // Minimum, sum and maximum in one pass. The older extreme stays for equal values and for a NaN on
@@ -334,7 +333,8 @@ void eachShared(const CSnsCohDatazq& next, const CSnsCohDatazq& result, Take tak
 
 void addToSums(CSnsCohDatazq& sums, const CSnsCohDatazq& next) {
     eachShared(next, sums, [&](__int64 r, __int64 c, const double* values, __int64 n) {
-        add(sums.m_mCC[r][c].m_data, Several<1>{values}, n);
+        elementWise(sums.m_mCC[r][c].m_data, values, n,
+                    [](TwoDoubles a, TwoDoubles b) { return a + b; });
     });
 }
 

@@ -17,7 +17,7 @@ ls {cxcdata,cxcfile,cxcpkg,siblings/matrix,afx/core,afx/headless,tools/cxc}/*.cp
   xargs -P "$(nproc)" -n 3 clang-tidy -p "$build" --quiet 2>build/analyze.log |
   grep -E '(warning|error):' | grep -v unknown-warning-option && failed=1
 # A checker that is missing or falls over finds nothing, either.
-grep -E 'not found|No such file|Stack dump|Segmentation' build/analyze.log && failed=1
+grep -E 'not found|No such file|Stack dump|terminated by signal' build/analyze.log && failed=1
 
 [ "$failed" -eq 0 ] && echo "analyze: nothing found"
 exit "$failed"

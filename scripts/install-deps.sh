@@ -5,7 +5,7 @@ set -euo pipefail
 
 packages=(
   g++ clang libclang-rt-14-dev llvm-14 clang-format clang-tidy cppcheck valgrind
-  cmake ninja-build git doxygen
+  cmake ninja-build git doxygen dpkg-dev file
   libgtest-dev googletest libbenchmark-dev libcli11-dev nlohmann-json3-dev
   g++-mingw-w64-x86-64-posix wine wine64 xvfb xauth
   python3 python3-dev python3-numpy python3-scipy python3-matplotlib python3-mne
