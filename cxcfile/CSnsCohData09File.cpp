@@ -1,6 +1,7 @@
 #include "cxcdata/CSnsCohData09File.h"
 
 #include "cxcdata/grid.h"
+#include "cxcfile/each_pair.h"
 #include "cxcfile/record_io.h"
 
 namespace {
@@ -91,21 +92,66 @@ void storeGrid(CArchive& ar, const CSnsCohData& data) {
 // Bytes of the shortest vector record: no values, the magic string in 8-bit characters.
 constexpr double leastVectorRecord = 11 + 4 + 3 * 8 + 2 + 8 + 4 + 8 + 4;
 
-// The row table of a grid that a file claims to hold. Null on failure.
-Owner newStoredTable(CArchive& ar, __int64 rows, __int64 cols) {
+// Whether a file may be believed that it holds so many rows.
+bool rowsAreBacked(CArchive& ar, __int64 rows, __int64 cols) {
     // Rows without vectors take no bytes in the file, so nothing else bounds their number.
     constexpr __int64 mostEmptyRows = 1 << 20;
-    const bool allowed = cols < 1
-                             ? rows <= mostEmptyRows
-                             : cxc::claimIsBacked(ar, rows, sizeof(CWavChnlChnlDatazq*),
-                                                  static_cast<double>(cols) * leastVectorRecord);
-    return Owner(allowed ? cxc::grid::newTable(rows, cols < 0 ? 0 : cols) : nullptr);
+    if (cols < 1) return rows >= 0 && rows <= mostEmptyRows;
+    return cxc::claimIsBacked(ar, rows, sizeof(CWavChnlChnlDatazq*),
+                              static_cast<double>(cols) * leastVectorRecord);
 }
 
+bool rowIsBacked(CArchive& ar, __int64 cols) {
+    return cxc::claimIsBacked(ar, cols, sizeof(CWavChnlChnlDatazq), leastVectorRecord);
+}
+
+// Vectors are handed on, one after the other, instead of making a grid.
+class PairReader {
+public:
+    // From now on, on this thread, for this dataset, as long as the object lives.
+    PairReader(const CSnsCohDatazq& dataset, const cxc::PairTaker& take)
+        : m_dataset(dataset), m_take(take), m_outer(current()) {
+        current() = this;
+    }
+    ~PairReader() { current() = m_outer; }
+    PairReader(const PairReader&) = delete;
+    PairReader& operator=(const PairReader&) = delete;
+
+    // The one for a dataset, or null.
+    static const PairReader* of(const CSnsCohData& data) {
+        return current() != nullptr && &current()->m_dataset == &data ? current() : nullptr;
+    }
+
+    int read(CArchive& ar) const {
+        const __int64 rows = m_dataset.m_snsRowTotal;
+        const __int64 cols = m_dataset.m_snsColTotal;
+        if (!rowsAreBacked(ar, rows, cols)) return 0;
+        CWavChnlChnlDatazq pair;
+        for (__int64 r = 0; r < rows; ++r) {
+            if (!rowIsBacked(ar, cols)) return 0;
+            for (__int64 c = 0; c < cols; ++c) {
+                // A record without a backup leaves an older one alone.
+                pair.cleanbkData();
+                if (cxc::passVectorRecord(ar, pair) == 0) return 0;
+                m_take(m_dataset, r, c, pair);
+            }
+        }
+        return 1;
+    }
+
+private:
+    static const PairReader*& current() {
+        thread_local const PairReader* reader = nullptr;
+        return reader;
+    }
+
+    const CSnsCohDatazq& m_dataset;
+    const cxc::PairTaker& m_take;
+    const PairReader* const m_outer;
+};
+
 bool loadRow(CArchive& ar, CWavChnlChnlDatazq** table, __int64 r, __int64 cols) {
-    if (!cxc::claimIsBacked(ar, cols, sizeof(CWavChnlChnlDatazq), leastVectorRecord) ||
-        !cxc::grid::newRow(table, r))
-        return false;
+    if (!rowIsBacked(ar, cols) || !cxc::grid::newRow(table, r)) return false;
     for (__int64 c = 0; c < cols; ++c) {
         if (cxc::passVectorRecord(ar, table[r][c]) == 0) return false;
     }
@@ -118,10 +164,14 @@ int loadGrid(CArchive& ar, CSnsCohData& data) {
     int marker = 0;
     ar >> marker;
     if (marker == 0 || data.m_snsRowTotal == 0) return 1;
-    Owner table = newStoredTable(ar, data.m_snsRowTotal, data.m_snsColTotal);
+    if (const PairReader* const reader = PairReader::of(data)) return reader->read(ar);
+    const __int64 rows = data.m_snsRowTotal;
+    const __int64 cols = data.m_snsColTotal;
+    const bool backed = rowsAreBacked(ar, rows, cols);
+    Owner table(backed ? cxc::grid::newTable(rows, cols < 0 ? 0 : cols) : nullptr);
     if (table == nullptr) return 0;
-    for (__int64 r = 0; r < data.m_snsRowTotal; ++r) {
-        if (!loadRow(ar, table.get(), r, data.m_snsColTotal)) {
+    for (__int64 r = 0; r < rows; ++r) {
+        if (!loadRow(ar, table.get(), r, cols)) {
             data.cleanSnsCohData();
             return 0;
         }
@@ -209,4 +259,10 @@ int CSnsCohData09File::serialize(CArchive& ar) {
     }
     AfxMessageBox(_T("Wrong CxC data format!"));
     return 0;
+}
+
+int cxc::loadEachPair(CArchive& ar, CSnsCohDatazq& dataset, const PairTaker& take) {
+    if (ar.IsStoring()) return 0;
+    const PairReader reader(dataset, take);
+    return dataset.serialize(ar);
 }

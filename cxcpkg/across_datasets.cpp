@@ -310,48 +310,42 @@ bool summaryOf(const Together& from, CSnsCohDatazq& minimum, CSnsCohDatazq& mean
     return made;
 }
 
-namespace {
+Accumulation::Accumulation(CSnsCohDatazq& sums) : m_sums(sums) {}
 
-// Calls take(r, c, values, n) for the cells that `next` has inside the grid of `result`; its first
-// pair without an array ends a row, as in Members.
-template <class Take>
-void eachShared(const CSnsCohDatazq& next, const CSnsCohDatazq& result, Take take) {
+Accumulation::Accumulation(CSnsCohDatazq& minimum, CSnsCohDatazq& sums, CSnsCohDatazq& maximum,
+                           bool first)
+    : m_sums(sums), m_minimum(&minimum), m_maximum(&maximum), m_first(first) {}
+
+void Accumulation::take(const CSnsCohDatazq& dataset) {
     const __int64 rows =
-        std::min({next.m_snsRowTotal, grid::rows(next.m_mCC), result.m_snsRowTotal});
+        std::min({dataset.m_snsRowTotal, grid::rows(dataset.m_mCC), m_sums.m_snsRowTotal});
     const __int64 cols =
-        std::min({next.m_snsColTotal, grid::cols(next.m_mCC), result.m_snsColTotal});
-    const __int64 slices = std::min(next.m_cohTimTotal, result.m_cohTimTotal);
+        std::min({dataset.m_snsColTotal, grid::cols(dataset.m_mCC), m_sums.m_snsColTotal});
     for (__int64 r = 0; r < rows; ++r) {
-        const CWavChnlChnlDatazq* const row = grid::row(next.m_mCC, r);
+        const CWavChnlChnlDatazq* const row = grid::row(dataset.m_mCC, r);
         if (row == nullptr) continue;
-        for (__int64 c = 0; c < cols && row[c].m_data != nullptr; ++c)
-            take(r, c, row[c].m_data, std::min(slices, row[c].m_size));
+        for (__int64 c = 0; c < cols; ++c)
+            takePair(r, c, row[c], dataset.m_cohTimTotal);
     }
 }
 
-}  // namespace
-
-void addToSums(CSnsCohDatazq& sums, const CSnsCohDatazq& next) {
-    eachShared(next, sums, [&](__int64 r, __int64 c, const double* values, __int64 n) {
-        elementWise(sums.m_mCC[r][c].m_data, values, n,
-                    [](TwoDoubles a, TwoDoubles b) { return a + b; });
-    });
-}
-
-void takeExtremes(CSnsCohDatazq& minimum, CSnsCohDatazq& maximum, const CSnsCohDatazq& next,
-                  bool first) {
-    eachShared(next, minimum, [&](__int64 r, __int64 c, const double* values, __int64 n) {
-        double* const least = minimum.m_mCC[r][c].m_data;
-        double* const most = maximum.m_mCC[r][c].m_data;
-        if (first && n > 0) {
-            std::copy_n(values, n, least);
-            std::copy_n(values, n, most);
-        }
-        for (__int64 t = 0; t < n; ++t) {
-            least[t] = pass::lowered(least[t], values[t]);
-            most[t] = pass::raised(most[t], values[t]);
-        }
-    });
+void Accumulation::takePair(__int64 r, __int64 c, const CWavChnlChnlDatazq& pair, __int64 slices) {
+    // The first pair without an array ends the row, as in Members.
+    m_rowEnded = (m_rowEnded && c > 0) || pair.m_data == nullptr;
+    if (m_rowEnded || r >= m_sums.m_snsRowTotal || c >= m_sums.m_snsColTotal) return;
+    const __int64 n = std::min({slices, pair.m_size, m_sums.m_cohTimTotal});
+    double* const sums = m_sums.m_mCC[r][c].m_data;
+    if (m_minimum == nullptr) {
+        elementWise(sums, pair.m_data, n, [](TwoDoubles a, TwoDoubles b) { return a + b; });
+        return;
+    }
+    double* const least = m_minimum->m_mCC[r][c].m_data;
+    double* const most = m_maximum->m_mCC[r][c].m_data;
+    if (m_first && n > 0) {
+        std::copy_n(pair.m_data, n, least);
+        std::copy_n(pair.m_data, n, most);
+    }
+    summarise(least, sums, most, Several<1>{pair.m_data}, n);
 }
 
 void sumsToMeans(CSnsCohDatazq& sums, int datasets) {

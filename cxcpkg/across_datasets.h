@@ -38,17 +38,32 @@ using RowWatcher = std::function<bool(__int64 done, __int64 rows)>;
 /// Sets who is asked on this thread from now on; an empty function for nobody. It must not throw.
 CXC_API void watchRows(RowWatcher watcher);
 
-/// Adds `next` to the sums, value by value, where both have a cell.
-/// For datasets that come one after another, so that only one of them is in memory: give
-/// `sums` (and, for a summary, the extremes) the shape of the largest, all 0.0, take every dataset
-/// in order, then make the sums means. The values are those of averageAll and summaryAll of a group
-/// to the last bit.
-CXC_API void addToSums(CSnsCohDatazq& sums, const CSnsCohDatazq& next);
+/// Takes one dataset into sums and, for a summary, into extremes, value by value where both have a
+/// cell.
+/// For datasets that come one after another: give the results the shape of the largest, all 0.0,
+/// take every dataset in order, then make the sums means. The values are those of averageAll and
+/// summaryAll of a group to the last bit.
+class CXC_API Accumulation {
+public:
+    explicit Accumulation(CSnsCohDatazq& sums);
 
-/// Widens the extremes by the values of `next`; `first` is set for the first dataset of all, whose
-/// values start them. Values that it does not have start from 0.0.
-CXC_API void takeExtremes(CSnsCohDatazq& minimum, CSnsCohDatazq& maximum, const CSnsCohDatazq& next,
-                          bool first);
+    /// `first` is set for the first dataset of all, whose values start the extremes. Values that it
+    /// does not have start from 0.0.
+    Accumulation(CSnsCohDatazq& minimum, CSnsCohDatazq& sums, CSnsCohDatazq& maximum, bool first);
+
+    void take(const CSnsCohDatazq& dataset);
+
+    /// For a dataset that is never whole in memory: the pair of row r and column c, the pairs of a
+    /// row being given in order. `slices` is the dataset's m_cohTimTotal.
+    void takePair(__int64 r, __int64 c, const CWavChnlChnlDatazq& pair, __int64 slices);
+
+private:
+    CSnsCohDatazq& m_sums;
+    CSnsCohDatazq* m_minimum = nullptr;
+    CSnsCohDatazq* m_maximum = nullptr;
+    bool m_first = false;
+    bool m_rowEnded = false;
+};
 
 /// Divides by the number of datasets, if there are two or more.
 CXC_API void sumsToMeans(CSnsCohDatazq& sums, int datasets);

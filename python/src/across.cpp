@@ -27,8 +27,7 @@ public:
     void take(const Dataset& next) {
         if (m_finished) fail("the results are finished");
         run([&] {
-            cxc::addToSums(*m_results[1], next);
-            cxc::takeExtremes(*m_results[0], *m_results[2], next, m_count == 0);
+            cxc::Accumulation(*m_results[0], *m_results[1], *m_results[2], m_count == 0).take(next);
             return 1;
         });
         ++m_count;

@@ -71,7 +71,7 @@ TEST(AcrossDatasets, OneAfterAnotherGivesTheAverageToTheLastBit) {
     CSnsCohDatazq sums;
     sums.checkInitSnsCohData(5, 5, 7, true);
     for (int i = 0; i < members; ++i)
-        cxc::addToSums(sums, group.member(i));
+        cxc::Accumulation(sums).take(group.member(i));
     cxc::sumsToMeans(sums, members);
     ASSERT_EQ((*group).averageAll(), members + 1);
     expectSameValues(sums, group.member(members));
@@ -85,10 +85,8 @@ TEST(AcrossDatasets, OneAfterAnotherGivesTheSummaryToTheLastBit) {
     CSnsCohDatazq maximum;
     for (CSnsCohDatazq* const result : {&minimum, &mean, &maximum})
         result->checkInitSnsCohData(5, 5, 7, true);
-    for (int i = 0; i < members; ++i) {
-        cxc::addToSums(mean, group.member(i));
-        cxc::takeExtremes(minimum, maximum, group.member(i), i == 0);
-    }
+    for (int i = 0; i < members; ++i)
+        cxc::Accumulation(minimum, mean, maximum, i == 0).take(group.member(i));
     cxc::sumsToMeans(mean, members);
     ASSERT_EQ((*group).summaryAll(), members + 3);
     expectSameValues(minimum, group.member(members));
@@ -101,8 +99,39 @@ TEST(AcrossDatasets, ADatasetLargerThanTheResultIsCutOff) {
     sums.checkInitSnsCohData(2, 2, 2, true);
     CSnsCohDatazq large;
     test::fill(large, 3, 5, 4);
-    cxc::addToSums(sums, large);
+    cxc::Accumulation(sums).take(large);
     EXPECT_EQ(test::cell(sums, 1, 1, 1), test::cellValue(1, 1, 1));
+}
+
+TEST(AcrossDatasets, APairWithoutAnArrayEndsItsRowAlone) {
+    CSnsCohDatazq sums;
+    sums.checkInitSnsCohData(2, 3, 1, true);
+    CWavChnlChnlDatazq full;
+    *full.checkInitData(1, true) = 5.0;
+    const CWavChnlChnlDatazq empty;
+    cxc::Accumulation into(sums);
+    for (__int64 r = 0; r < 2; ++r) {
+        for (__int64 c = 0; c < 3; ++c)
+            into.takePair(r, c, r == 0 && c == 1 ? empty : full, 1);
+    }
+    EXPECT_EQ(test::cell(sums, 0, 0, 0), 5.0);
+    EXPECT_EQ(test::cell(sums, 0, 0, 2), 0.0);
+    EXPECT_EQ(test::cell(sums, 0, 1, 0), 5.0);
+    EXPECT_EQ(test::cell(sums, 0, 1, 2), 5.0);
+}
+
+TEST(AcrossDatasets, PairsOutsideTheResultAreLeftOut) {
+    CSnsCohDatazq sums;
+    sums.checkInitSnsCohData(1, 1, 1, true);
+    CWavChnlChnlDatazq pair;
+    *pair.checkInitData(1, true) = 5.0;
+    cxc::Accumulation into(sums);
+    into.takePair(0, 1, pair, 1);
+    into.takePair(1, 0, pair, 1);
+    into.takePair(0, 0, pair, 0);
+    EXPECT_EQ(test::cell(sums, 0, 0, 0), 0.0);
+    into.takePair(0, 0, pair, 1);
+    EXPECT_EQ(test::cell(sums, 0, 0, 0), 5.0);
 }
 
 TEST(AcrossDatasets, HostileDatasetsStayInsideWhatIsThere) {
@@ -110,12 +139,13 @@ TEST(AcrossDatasets, HostileDatasetsStayInsideWhatIsThere) {
         SCOPED_TRACE(hostile.name);
         CSnsCohDatazq dataset;
         hostile.make(dataset);
+        CSnsCohDatazq least;
         CSnsCohDatazq sums;
         CSnsCohDatazq most;
-        sums.checkInitSnsCohData(4, 4, 3, true);
-        most.checkInitSnsCohData(4, 4, 3, true);
-        cxc::addToSums(sums, dataset);
-        cxc::takeExtremes(sums, most, dataset, true);
+        for (CSnsCohDatazq* const result : {&least, &sums, &most})
+            result->checkInitSnsCohData(4, 4, 3, true);
+        cxc::Accumulation(sums).take(dataset);
+        cxc::Accumulation(least, sums, most, true).take(dataset);
         EXPECT_EQ(test::cell(sums, 2, 3, 3), 0.0);
     }
 }

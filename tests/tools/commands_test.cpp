@@ -281,6 +281,67 @@ TEST_F(Tool, AverageWarnsOfEveryDifferenceAndSaysWhatTheRuleMadeOfIt) {
     EXPECT_EQ(cell(*made, 0, 0, 0), (cellValue(0, 0, 0) * 3.0) / 3.0);
 }
 
+TEST_F(Tool, ResultsOverManyUnevenFilesAreThoseOfAGroupToTheLastBit) {
+    std::vector<std::string> files;
+    for (int i = 0; i < 25; ++i) {
+        const std::string name = "s" + std::to_string(i) + ".cxc";
+        makeDataset(name, 2 + (i * 7) % 9, 1 + (i * 5) % 4, 0.1 * i - 1.0 / (i + 1));
+        files.push_back('@' + name);
+    }
+    const auto with = [&](const std::string& command, const std::string& output) {
+        std::vector<std::string> all = {command, "-o", output};
+        all.insert(all.end(), files.begin(), files.end());
+        return run(all).code;
+    };
+    ASSERT_EQ(with("average", "@m.cxc"), tool::done);
+    ASSERT_EQ(with("summary", "@s.cxc"), tool::done);
+    ASSERT_EQ(with("pack", "@g.cxcgrp"), tool::done);
+    const auto expectSame = [&](const std::string& name, CSnsCohDatazq& expected) {
+        SCOPED_TRACE(name);
+        const auto made = open(name);
+        ASSERT_EQ(made->m_snsRowTotal, 10);
+        ASSERT_EQ(expected.m_snsRowTotal, 10);
+        for (__int64 r = 0; r < 10; ++r) {
+            for (__int64 c = 0; c < 10; ++c)
+                EXPECT_EQ(test::valuesOf(*made, r, c), test::valuesOf(expected, r, c));
+        }
+    };
+    tool::Record average(path("g.cxcgrp"));
+    ASSERT_EQ(average.group()->averageAll(), 26);
+    expectSame("m.cxc", *average.group()->getCoherenceData(25));
+    tool::Record summary(path("g.cxcgrp"));
+    ASSERT_EQ(summary.group()->summaryAll(), 28);
+    expectSame("s_min.cxc", *summary.group()->getCoherenceData(25));
+    expectSame("s_mean.cxc", *summary.group()->getCoherenceData(26));
+    expectSame("s_max.cxc", *summary.group()->getCoherenceData(27));
+}
+
+TEST_F(Tool, TheFirstBadFileIsTheOneNamed) {
+    makeDataset("a.cxc", 6, 2);
+    const std::string bytes = bytesOf("a.cxc");
+    putBytes("b.cxc", bytes.substr(0, bytes.size() - 9));
+    putBytes("c.cxc", bytes.substr(0, 200));
+    for (int i = 0; i < 20; ++i) {
+        const Result result =
+            run({"average", "@a.cxc", "@a.cxc", "@b.cxc", "@c.cxc", "-o", "@m.cxc"});
+        EXPECT_EQ(result.code, tool::failed);
+        EXPECT_TRUE(has(result.err, "b.cxc: the file ends early\n")) << result.err;
+    }
+    EXPECT_EQ(entries().size(), 3u);
+}
+
+TEST_F(Tool, WhatTheLibrarySaysOfAFileStaysWithIt) {
+    makeDataset("a.cxc", 6, 2);
+    std::string bytes = bytesOf("a.cxc");
+    bytes[bytes.find(std::string("M\0A\0T", 5))] = '?';  // in the magic string of the first vector
+    putBytes("b.cxc", bytes);
+    for (int i = 0; i < 20; ++i) {
+        const Result result = run({"average", "@a.cxc", "@b.cxc", "@a.cxc", "-o", "@m.cxc"});
+        EXPECT_EQ(result.code, tool::failed);
+        EXPECT_TRUE(has(result.err, "b.cxc: Unknown MMatrix1D file!\n")) << result.err;
+    }
+}
+
 TEST_F(Tool, SummaryWritesMinimumMeanAndMaximum) {
     makeDataset("a.cxc", 2, 2);
     makeDataset("b.cxc", 2, 2, 3.0);

@@ -1,4 +1,5 @@
 // Every golden file cut at every byte, and with every byte replaced.
+#include "tests/trust/PairsCheck.h"
 #include "tests/trust/RecordCheck.h"
 #include "tests/trust/golden_files.h"
 
@@ -11,10 +12,10 @@ namespace {
 using golden::File;
 using test::Outcome;
 
-template <class Record, class Model>
+template <class Check>
 class Sweep {
 public:
-    explicit Sweep(const std::string& before) : m_check(before) {}
+    explicit Sweep(Check& check) : m_check(check) {}
 
     void run(const File& file) {
         for (std::size_t n = 0; n <= file.bytes.size(); ++n)
@@ -46,16 +47,21 @@ private:
         ++m_outcomes[static_cast<int>(m_check.outcome())];
     }
 
-    test::RecordCheck<Record, Model> m_check;
+    Check& m_check;
     int m_outcomes[6] = {};
 };
 
-template <class Record, class Model>
-int sweep(const std::vector<File>& files, const std::string& before = {}) {
-    Sweep<Record, Model> sweep(before);
+template <class Check>
+int sweepWith(Check check, const std::vector<File>& files) {
+    Sweep<Check> sweep(check);
     for (const File& file : files)
         sweep.run(file);
     return sweep.tell();
+}
+
+template <class Record, class Model>
+int sweep(const std::vector<File>& files, const std::string& before = {}) {
+    return sweepWith(test::RecordCheck<Record, Model>(before), files);
 }
 
 TEST(Damage, VectorsEndAsTheFormatSays) {
@@ -76,6 +82,10 @@ TEST(Damage, DatasetsThatHeldDataEndAsTheFormatSays) {
     files.erase(files.begin() + 1, files.begin() + 4);
     const std::string before = golden::newestRecord().str();
     EXPECT_GT((sweep<CSnsCohDatazq, reference::Dataset>(files, before)), 5000);
+}
+
+TEST(Damage, DatasetsReadPairByPairEndAsThoseReadWhole) {
+    EXPECT_GT(sweepWith(test::PairsCheck(), golden::datasetFiles()), 10000);
 }
 
 TEST(Damage, PackagesEndAsTheFormatSays) {

@@ -4,9 +4,12 @@
 #include "tools/cxc/commands.h"
 #include "tools/cxc/describe.h"
 #include "tools/cxc/records.h"
+#include "tools/cxc/relay.h"
 
 #include <algorithm>
 #include <memory>
+#include <thread>
+#include <utility>
 
 namespace tool {
 namespace {
@@ -39,24 +42,34 @@ class Results {
 public:
     Results(const Options& options, bool extremes) : m_extremes(extremes) {
         const Sizes sizes = largest(options);
-        size(m_mean, sizes);
-        if (!extremes) return;
-        size(m_minimum, sizes);
-        size(m_maximum, sizes);
+        each([&](CSnsCohDatazq& result) { size(result, sizes); });
     }
 
     Results(const Results&) = delete;
     Results& operator=(const Results&) = delete;
 
-    void take(const CSnsCohDatazq& dataset) {
-        if (m_count == 0) describeAll(dataset);
-        cxc::addToSums(m_mean, dataset);
-        if (m_extremes) cxc::takeExtremes(m_minimum, m_maximum, dataset, m_count == 0);
-        ++m_count;
+    // For one dataset, whose pairs are given to it.
+    cxc::Accumulation next(bool first) {
+        return m_extremes ? cxc::Accumulation(m_minimum, m_mean, m_maximum, first)
+                          : cxc::Accumulation(m_mean);
     }
 
-    void finish(const std::string& note) {
-        cxc::sumsToMeans(m_mean, m_count);
+    // Of the first dataset: its channel numbers, pair by pair, and what it says about itself.
+    void describePair(__int64 r, __int64 c, const CWavChnlChnlDatazq& pair) {
+        if (r >= m_mean.m_snsRowTotal || c >= m_mean.m_snsColTotal) return;
+        each([&](CSnsCohDatazq& result) {
+            result.m_mCC[r][c].m_chnlA = pair.m_chnlA;
+            result.m_mCC[r][c].m_chnlB = pair.m_chnlB;
+        });
+    }
+
+    void describe(const CSnsCohDatazq& first) {
+        each([&](CSnsCohDatazq& result) { describeLike(result, first); });
+    }
+
+    void finish(int count, const std::string& note) {
+        m_count = count;
+        cxc::sumsToMeans(m_mean, count);
         if (m_extremes) {
             name(m_minimum, _T("Cxc%d Minimum"), "Minimum", note);
             name(m_mean, _T("Cxc%d Mean"), "Mean", note);
@@ -78,11 +91,12 @@ private:
                         std::to_string(sizes.columns) + " sensors");
     }
 
-    void describeAll(const CSnsCohDatazq& first) {
-        describeLike(m_mean, first);
+    template <class Work>
+    void each(Work work) {
+        work(m_mean);
         if (!m_extremes) return;
-        describeLike(m_minimum, first);
-        describeLike(m_maximum, first);
+        work(m_minimum);
+        work(m_maximum);
     }
 
     void name(CSnsCohDatazq& result, LPCTSTR format, const char* what, const std::string& note) {
@@ -104,10 +118,9 @@ class Comparison {
 public:
     explicit Comparison(const Console& console) : m_console(console) {}
 
-    void take(const std::string& path, const CSnsCohDatazq& dataset) {
-        const Traits traits(dataset);
+    void take(const std::string& path, const Traits& traits) {
         if (m_first == nullptr) {
-            m_first = std::make_unique<Traits>(traits);
+            m_first = &traits;
             m_path = path;
             return;
         }
@@ -135,36 +148,86 @@ public:
 
 private:
     const Console& m_console;
-    std::unique_ptr<Traits> m_first;
+    const Traits* m_first = nullptr;
     std::string m_path;
     bool m_any = false;
     bool m_uneven = false;
 };
 
-void takeAll(const Options& options, Results& results, const Console& console) {
-    Comparison comparison(console);
-    std::string note;
-    {
-        Progress progress(console, options.files.size());
-        for (const std::string& path : options.files) {
-            progress.next(path);
-            const auto dataset = openDataset(path, options.member);
-            comparison.take(path, *dataset);
-            if (note.empty()) note = "\nThe first: " + utf8(dataset->m_cxcCmptInfo);
-            results.take(*dataset);
-        }
+// A package or group is in memory whole while it is read, so only one of them at a time.
+unsigned threadsFor(const Options& options) {
+    constexpr unsigned most = 4;  // more would only wait for the disk
+    for (const std::string& path : options.files) {
+        if (headingOf(path).kind != Kind::dataset) return 1;
     }
-    comparison.finish(static_cast<int>(options.files.size()));
-    std::string list;
-    for (const std::string& path : options.files)
-        list += (list.empty() ? "" : "\n") + path;
-    results.finish(list + note);
+    return std::min(std::thread::hardware_concurrency(), most);
 }
+
+class Across {
+public:
+    Across(const Options& options, Results& results, const Console& console)
+        : m_options(options), m_results(results), m_console(console) {}
+
+    void takeAll() {
+        const std::vector<std::string>& files = m_options.files;
+        m_traits.resize(files.size());
+        Relay relay(files.size(), [this](Turn& turn) { takeFile(turn); });
+        std::size_t taken = 0;
+        {
+            Progress progress(m_console, files.size());
+            taken = relay.run(threadsFor(m_options),
+                              [&](std::size_t file) { progress.next(files[file]); });
+        }
+        compare(taken);
+        relay.rethrow();
+        finish();
+    }
+
+private:
+    // On any thread: what it writes to belongs to its file, or waits for its turn.
+    void takeFile(Turn& turn) {
+        const bool first = turn.file() == 0;
+        Channels channels;
+        cxc::Accumulation into = m_results.next(first);
+        const auto dataset = readPairs(
+            m_options.files[turn.file()], m_options.member,
+            [&](const CSnsCohDatazq& from, __int64 r, __int64 c, const CWavChnlChnlDatazq& pair) {
+                channels.take(r, c, pair);
+                if (c == 0) turn.beginRow(r);
+                if (first) m_results.describePair(r, c, pair);
+                into.takePair(r, c, pair, from.m_cohTimTotal);
+            });
+        m_traits[turn.file()] = std::make_unique<Traits>(*dataset, std::move(channels));
+        if (!first) return;
+        m_results.describe(*dataset);
+        m_note = "\nThe first: " + utf8(dataset->m_cxcCmptInfo);
+    }
+
+    void compare(std::size_t taken) const {
+        Comparison comparison(m_console);
+        for (std::size_t i = 0; i < taken; ++i)
+            comparison.take(m_options.files[i], *m_traits[i]);
+        if (taken == m_traits.size()) comparison.finish(static_cast<int>(taken));
+    }
+
+    void finish() {
+        std::string list;
+        for (const std::string& path : m_options.files)
+            list += (list.empty() ? "" : "\n") + path;
+        m_results.finish(static_cast<int>(m_options.files.size()), list + m_note);
+    }
+
+    const Options& m_options;
+    Results& m_results;
+    const Console& m_console;
+    std::vector<std::unique_ptr<Traits>> m_traits;  // of each file that was taken
+    std::string m_note;
+};
 
 void average(const Options& options, const Console& console) {
     requireFree(options.out, options.force);
     Results results(options, false);
-    takeAll(options, results, console);
+    Across(options, results, console).takeAll();
     saveRecord(results.mean(), options.out, options.force);
     console.out << printable(options.out) << ": " << sizeOf(results.mean()) << '\n';
 }
@@ -182,7 +245,7 @@ void summary(const Options& options, const Console& console) {
     for (const std::string& path : paths)
         requireFree(path, options.force);
     Results results(options, true);
-    takeAll(options, results, console);
+    Across(options, results, console).takeAll();
     saveAll({{&results.minimum(), paths[0]},
              {&results.mean(), paths[1]},
              {&results.maximum(), paths[2]}},
@@ -203,7 +266,7 @@ void addCommon(CLI::App* command, Options& options, const char* output) {
 void addAverage(CLI::App& app, const Console& console) {
     auto options = std::make_shared<Options>();
     CLI::App* const command =
-        app.add_subcommand("average", "Mean of any number of datasets, read one at a time");
+        app.add_subcommand("average", "Mean of any number of datasets, never in memory together");
     addCommon(command, *options, "The result");
     command->callback([options, &console] { average(*options, console); });
 }
@@ -211,7 +274,7 @@ void addAverage(CLI::App& app, const Console& console) {
 void addSummary(CLI::App& app, const Console& console) {
     auto options = std::make_shared<Options>();
     CLI::App* const command = app.add_subcommand(
-        "summary", "Minimum, mean and maximum of any number of datasets, read one at a time");
+        "summary", "Minimum, mean and maximum of any number of datasets, never in memory together");
     addCommon(command, *options, "NAME.cxc gives NAME_min.cxc, NAME_mean.cxc and NAME_max.cxc");
     command->callback([options, &console] { summary(*options, console); });
 }

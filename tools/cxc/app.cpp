@@ -2,19 +2,26 @@
 
 #include "afx/core/utf8.h"
 
+#include <utility>
+
 namespace tool {
+namespace {
+
+std::string& message() {
+    thread_local std::string text;
+    return text;
+}
+
+}  // namespace
 
 int App::DoMessageBox(LPCTSTR text, UINT type, UINT) {
-    messages.push_back(afx::utf8(text));
+    message() = afx::utf8(text);
     return (type & 0xF) == MB_YESNO ? IDYES : IDOK;
 }
 
 std::string lastMessage(const std::string& otherwise) {
-    auto* const app = dynamic_cast<App*>(AfxGetApp());
-    if (app == nullptr || app->messages.empty()) return otherwise;
-    std::string message = app->messages.back();
-    app->messages.clear();
-    return message;
+    const std::string text = std::exchange(message(), std::string());
+    return text.empty() ? otherwise : text;
 }
 
 std::string utf8(const CString& text) {

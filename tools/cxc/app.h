@@ -5,7 +5,6 @@
 #include "framework.h"
 
 #include <string>
-#include <vector>
 
 namespace tool {
 
@@ -14,11 +13,10 @@ public:
     App() : CWinApp(_T("cxc")) {}
 
     int DoMessageBox(LPCTSTR text, UINT type, UINT prompt) override;
-
-    std::vector<std::string> messages;
 };
 
-/// The library's last message since the last call, or `otherwise` when there was none.
+/// The library's last message on this thread since the last call, or `otherwise` when there was
+/// none.
 std::string lastMessage(const std::string& otherwise);
 
 /// Text of the library, as UTF-8.

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <utility>
 
 namespace tool {
 namespace {
@@ -76,24 +77,34 @@ const CWavChnlChnlDatazq& pairOf(const CSnsCohData& dataset, __int64 r, __int64 
     return dataset.m_mCC[r][c];
 }
 
-Traits::Traits(const CSnsCohDatazq& dataset)
+Channels::Channels(const CSnsCohData& dataset) {
+    const Shape shape = shapeOf(dataset);
+    for (__int64 r = 0; shape.columns > 0 && r < shape.rows; ++r)
+        take(r, 0, pairOf(dataset, r, 0));
+    for (__int64 c = 1; shape.rows > 0 && c < shape.columns; ++c)
+        take(0, c, pairOf(dataset, 0, c));
+}
+
+void Channels::take(__int64 r, __int64 c, const CWavChnlChnlDatazq& pair) {
+    if (c == 0) rows.push_back(pair.m_chnlA);
+    if (r == 0) columns.push_back(pair.m_chnlB);
+}
+
+Traits::Traits(const CSnsCohDatazq& dataset) : Traits(dataset, Channels(dataset)) {}
+
+Traits::Traits(const CSnsCohDatazq& dataset, Channels channelsOfPairs)
     : slices(dataset.m_cohTimTotal),
+      channels(std::move(channelsOfPairs)),
       band{dataset.m_headerReal0, dataset.m_headerReal1},
       rate(dataset.m_samplingRate),
       latency{dataset.m_anaLatencyBegin, dataset.m_anaLatencyEnd},
       type(dataset.m_chnlTypeID),
-      window(windowLine(utf8(dataset.m_cxcCmptInfo))) {
-    const Shape shape = shapeOf(dataset);
-    for (__int64 r = 0; shape.columns > 0 && r < shape.rows; ++r)
-        rowChannels.push_back(pairOf(dataset, r, 0).m_chnlA);
-    for (__int64 c = 0; shape.rows > 0 && c < shape.columns; ++c)
-        columnChannels.push_back(pairOf(dataset, 0, c).m_chnlB);
-}
+      window(windowLine(utf8(dataset.m_cxcCmptInfo))) {}
 
 std::vector<std::string> differences(const Traits& one, const Traits& other) {
     Found found;
-    compareChannels("row", one.rowChannels, other.rowChannels, found);
-    compareChannels("column", one.columnChannels, other.columnChannels, found);
+    compareChannels("row", one.channels.rows, other.channels.rows, found);
+    compareChannels("column", one.channels.columns, other.channels.columns, found);
     if (!same(one.band, other.band))
         tell(found, "band", pairOfNumbers(one.band) + " Hz", pairOfNumbers(other.band) + " Hz");
     if (!one.window.empty() && !other.window.empty() && one.window != other.window)

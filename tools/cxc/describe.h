@@ -23,13 +23,26 @@ Shape shapeOf(const CSnsCohData& dataset);
 /// Pair (r, c) of the grid, which must be inside the shape.
 const CWavChnlChnlDatazq& pairOf(const CSnsCohData& dataset, __int64 r, __int64 c);
 
+/// The channel numbers of the sensors.
+struct Channels {
+    Channels() = default;
+    explicit Channels(const CSnsCohData& dataset);
+
+    /// For a dataset whose pairs come one after the other.
+    void take(__int64 r, __int64 c, const CWavChnlChnlDatazq& pair);
+
+    std::vector<__int64> rows;
+    std::vector<__int64> columns;
+};
+
 /// What must be alike in datasets that are combined, kept without the values.
 struct Traits {
     explicit Traits(const CSnsCohDatazq& dataset);
+    /// Of a dataset without its grid, and the channels of its pairs.
+    Traits(const CSnsCohDatazq& dataset, Channels channelsOfPairs);
 
     __int64 slices;
-    std::vector<__int64> rowChannels;
-    std::vector<__int64> columnChannels;
+    Channels channels;
     double band[2];
     double rate;
     double latency[2];

@@ -38,8 +38,8 @@ Json describe(CSnsCohDatazq& dataset) {
                           {"mean", number(dataset.m_dataMean)}};
     }
     const Traits traits(dataset);
-    json["row_channels"] = traits.rowChannels;
-    json["column_channels"] = traits.columnChannels;
+    json["row_channels"] = traits.channels.rows;
+    json["column_channels"] = traits.channels.columns;
     json["pair_order"] = "row-major: row sensor first, column sensor second";
     json["computation"] = utf8(dataset.m_cxcCmptInfo);
     return json;

@@ -5,6 +5,7 @@
 
 #include "tools/cxc/app.h"
 #include "tools/cxc/console.h"
+#include "tools/cxc/describe.h"
 
 #include <algorithm>
 #include <cctype>
@@ -106,12 +107,16 @@ Heading headingIn(const Head& head, const std::string& path, std::size_t& end) {
                 (head.count == 0 ? ": the file is empty" : ": is no dataset, package or group"));
 }
 
+// Of the archive: large enough that the system is asked rarely, small enough for the cache.
+constexpr int bufferBytes = 1 << 16;
+
 // Reads one record and returns the bytes behind it.
 template <class Object>
 unsigned long long load(Object& object, const std::string& path) {
     return about(path, [&] {
         CFile file(utf16(path), CFile::modeRead | CFile::shareDenyWrite);
-        if (cxc::passRecord(file, CArchive::load, object) == 0)
+        CArchive archive(&file, CArchive::load, bufferBytes);
+        if (cxc::passRecord(archive, object) == 0)
             throw Error(path + ": " +
                         lastMessage("there is not enough memory, or the sizes in the "
                                     "file cannot be true"));
@@ -227,6 +232,35 @@ std::unique_ptr<CSnsCohDatazq> openDataset(const std::string& path, const std::s
     CSnsCohDatazq& meant = record.chosen(member);
     auto dataset = std::make_unique<CSnsCohDatazq>(meant);
     meant.m_mCC = nullptr;  // the grid is handed over
+    return dataset;
+}
+
+namespace {
+
+// A dataset's record, read pair by pair.
+struct Pairs {
+    CSnsCohDatazq& dataset;
+    const cxc::PairTaker& take;
+
+    int serialize(CArchive& ar) { return cxc::loadEachPair(ar, dataset, take); }
+};
+
+}  // namespace
+
+std::unique_ptr<CSnsCohDatazq> readPairs(const std::string& path, const std::string& member,
+                                         const cxc::PairTaker& take) {
+    if (headingOf(path).kind == Kind::dataset) {
+        auto dataset = std::make_unique<CSnsCohDatazq>();
+        Pairs pairs{*dataset, take};
+        load(pairs, path);
+        return dataset;
+    }
+    auto dataset = openDataset(path, member);
+    const Shape shape = shapeOf(*dataset);
+    for (__int64 r = 0; r < shape.rows; ++r) {
+        for (__int64 c = 0; c < shape.columns; ++c)
+            take(*dataset, r, c, pairOf(*dataset, r, c));
+    }
     return dataset;
 }
 

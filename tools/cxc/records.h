@@ -2,6 +2,7 @@
 #pragma once
 
 #include "cxc.h"
+#include "cxcfile/each_pair.h"
 
 #include <functional>
 #include <memory>
@@ -75,6 +76,11 @@ private:
 
 /// The dataset of a dataset file, or that of a package or group which is meant by `member`.
 std::unique_ptr<CSnsCohDatazq> openDataset(const std::string& path, const std::string& member = "");
+
+/// As openDataset, giving every pair to `take`. The values of a dataset file are not kept: what is
+/// returned has no grid then. A package or group is in memory whole. What `take` throws passes.
+std::unique_ptr<CSnsCohDatazq> readPairs(const std::string& path, const std::string& member,
+                                         const cxc::PairTaker& take);
 
 /// The sizes that a file tells of the dataset that openDataset would give.
 /// A file may claim anything: only what has been read is true.

@@ -45,8 +45,8 @@ void checkPairs(const CSnsCohDatazq& dataset, Found& found) {
             const bool hasValues = pair.m_data != nullptr && pair.m_size > 0;
             lengths.note(hasValues && pair.m_size != dataset.m_cohTimTotal, r, c);
             empty.note(!hasValues, r, c);
-            channels.note(pair.m_chnlA != traits.rowChannels[static_cast<std::size_t>(r)] ||
-                              pair.m_chnlB != traits.columnChannels[static_cast<std::size_t>(c)],
+            channels.note(pair.m_chnlA != traits.channels.rows[static_cast<std::size_t>(r)] ||
+                              pair.m_chnlB != traits.channels.columns[static_cast<std::size_t>(c)],
                           r, c);
             backups.note(pair.m_bkData != nullptr && pair.m_bkSize != pair.m_size, r, c);
             bool finite = true;
