@@ -1,8 +1,8 @@
 #include "cxcdata/CSnsCohDatazq.h"
 
 #include "cxcdata/allocation.h"
-#include "cxcdata/element_wise.h"
 #include "cxcdata/grid.h"
+#include "cxcdata/wide_passes.h"
 
 #include <algorithm>
 
@@ -55,6 +55,7 @@ int CSnsCohDatazq::sumDatSetSns(const CSnsCohDatazq& other) {
     // Deliberately bounded by the row count: the dataset is taken as square.
     const __int64 cols =
         std::min({m_snsRowTotal, cxc::grid::cols(m_mCC), cxc::grid::cols(other.m_mCC)});
+    const cxc::pass::Width width = cxc::pass::widest();
     for (__int64 r = 0; r < rows; ++r) {
         const CWavChnlChnlDatazq* const mine = cxc::grid::row(m_mCC, r);
         const CWavChnlChnlDatazq* const theirs = cxc::grid::row(other.m_mCC, r);
@@ -62,8 +63,8 @@ int CSnsCohDatazq::sumDatSetSns(const CSnsCohDatazq& other) {
             const cxc::grid::Values values = cxc::grid::values(mine + c);
             const cxc::grid::Values others = cxc::grid::values(theirs + c);
             // No assumption that the two differ: a dataset may be added to itself.
-            cxc::elementWise(values.data, others.data, std::min(values.size, others.size),
-                             [](cxc::TwoDoubles a, cxc::TwoDoubles b) { return a + b; });
+            cxc::pass::addArray(width, values.data, others.data,
+                                std::min(values.size, others.size));
         }
     }
     return 1;

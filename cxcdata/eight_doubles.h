@@ -18,6 +18,14 @@ struct EightDoubles {
     static EightDoubles load(const double* source) { return EightDoubles(_mm512_loadu_pd(source)); }
     void store(double* target) const { _mm512_storeu_pd(target, all); }
 
+    /// The first `count` of them, fewer than `lanes`; nothing behind those is touched.
+    static EightDoubles loadFirst(const double* source, int count) {
+        return EightDoubles(_mm512_maskz_loadu_pd(firstLanes(count), source));
+    }
+    void storeFirst(double* target, int count) const {
+        _mm512_mask_storeu_pd(target, firstLanes(count), all);
+    }
+
     static EightDoubles slice(const double* const* vectors, long long t) {
         return EightDoubles(_mm512_set_pd(vectors[7][t], vectors[6][t], vectors[5][t],
                                           vectors[4][t], vectors[3][t], vectors[2][t],
@@ -40,6 +48,7 @@ struct EightDoubles {
     }
 
 private:
+    static __mmask8 firstLanes(int count) { return static_cast<__mmask8>((1 << count) - 1); }
     static __m512d halves(const double* low, const double* high) {
         return _mm512_insertf64x4(_mm512_castpd256_pd512(_mm256_loadu_pd(low)),
                                   _mm256_loadu_pd(high), 1);

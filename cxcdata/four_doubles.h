@@ -18,6 +18,14 @@ struct FourDoubles {
     static FourDoubles load(const double* source) { return FourDoubles(_mm256_loadu_pd(source)); }
     void store(double* target) const { _mm256_storeu_pd(target, all); }
 
+    /// The first `count` of them, fewer than `lanes`; nothing behind those is touched.
+    static FourDoubles loadFirst(const double* source, int count) {
+        return FourDoubles(_mm256_maskload_pd(source, firstLanes(count)));
+    }
+    void storeFirst(double* target, int count) const {
+        _mm256_maskstore_pd(target, firstLanes(count), all);
+    }
+
     static FourDoubles slice(const double* const* vectors, long long t) {
         return FourDoubles(
             _mm256_set_pd(vectors[3][t], vectors[2][t], vectors[1][t], vectors[0][t]));
@@ -35,6 +43,11 @@ struct FourDoubles {
                 FourDoubles(_mm256_permute2f128_pd(oddAB, oddCD, 0x20)),
                 FourDoubles(_mm256_permute2f128_pd(evenAB, evenCD, 0x31)),
                 FourDoubles(_mm256_permute2f128_pd(oddAB, oddCD, 0x31))};
+    }
+
+private:
+    static __m256i firstLanes(int count) {
+        return _mm256_cmpgt_epi64(_mm256_set1_epi64x(count), _mm256_set_epi64x(3, 2, 1, 0));
     }
 };
 

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "cxcdata/accumulators.h"
+#include "cxcdata/prefetch.h"
 #include "cxcdata/wide_passes.h"
 
 #include <array>
@@ -113,6 +114,30 @@ template <class Number>
 void takeMeansOf(Kind kind, const double* sizes, double* fields) {
     if (kind == Kind::rangeSum) takeMeansOf<RangeSum<Number>, Number>(sizes, fields);
     if (kind == Kind::statistic) takeMeansOf<Statistic<Number>, Number>(sizes, fields);
+}
+
+/// addArray of wide_passes.h. A cache line at a time, and asks for what comes 8 lines on, as
+/// elementWise does.
+template <class Number>
+void addArrayOf(double* sums, const double* values, long long n) {
+    constexpr int line = doublesPerCacheLine;
+    constexpr long long ahead = 8 * line;
+    const auto add = [&](long long t) {
+        (Number::load(sums + t) + Number::load(values + t)).store(sums + t);
+    };
+    long long t = 0;
+    for (; t + line <= n; t += line) {
+        prefetch<Number>(sums + t, ahead);
+        prefetch<Number>(values + t, ahead);
+        for (int k = 0; k < line; k += Number::lanes)
+            add(t + k);
+    }
+    for (; t + Number::lanes <= n; t += Number::lanes)
+        add(t);
+    if (t >= n) return;
+    const int rest = static_cast<int>(n - t);
+    const Number last = Number::loadFirst(sums + t, rest) + Number::loadFirst(values + t, rest);
+    last.storeFirst(sums + t, rest);
 }
 
 }  // namespace cxc::pass

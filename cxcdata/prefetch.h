@@ -14,7 +14,10 @@ namespace cxc {
 inline constexpr int doublesPerCacheLine = 8;
 
 /// Element `ahead` of an array, which may lie behind its end.
-inline void prefetch(const double* array, __int64 ahead = 0) {
+/// A source that is compiled for newer machines names its Number, so as not to share its function
+/// with others.
+template <class Number = double>
+void prefetch(const double* array, __int64 ahead = 0) {
     const auto address = reinterpret_cast<std::uintptr_t>(array) +
                          static_cast<std::uintptr_t>(ahead) * sizeof(double);
 #if defined(__SSE2__) || defined(_M_X64)

@@ -1,5 +1,6 @@
 #include "cxcdata/wide_passes.h"
 
+#include "cxcdata/element_wise.h"
 #include "cxcdata/lane_kernel.h"
 #include "cxcdata/one_double.h"
 #include "cxcdata/two_doubles.h"
@@ -121,6 +122,18 @@ void takeMeans(Width width, Kind kind, const double* sizes, double* fields) {
 #endif
     static_cast<void>(width);
     takeMeansOf<TwoDoubles>(kind, sizes, fields);
+}
+
+void addArray(Width width, double* sums, const double* values, long long n) {
+    // A few are not worth another call.
+    const bool many = n >= laneCount;
+#if defined(CXC_WIDE_PASSES)
+    if (many && width == Width::eight) return detail::addArrayWithEight(sums, values, n);
+    if (many && width == Width::four) return detail::addArrayWithFour(sums, values, n);
+#endif
+    static_cast<void>(width);
+    static_cast<void>(many);
+    elementWise(sums, values, n, [](TwoDoubles a, TwoDoubles b) { return a + b; });
 }
 
 }  // namespace cxc::pass

@@ -31,15 +31,21 @@ CXC_API void addLanes(Width width, Kind kind, First first, const double* const* 
 /// its root. For the kinds with a sum of values.
 CXC_API void takeMeans(Width width, Kind kind, const double* sizes, double* fields);
 
+/// sums[t] += values[t] for t from 0 to n-1; nothing for n below 1. Both arrays may be the same.
+/// Requires has(width).
+CXC_API void addArray(Width width, double* sums, const double* values, long long n);
+
 namespace detail {
 
 // Compiled for the machines that have them.
 void addWithFour(Kind kind, First first, const double* const* vectors, long long length,
                  double* fields);
 void meansWithFour(Kind kind, const double* sizes, double* fields);
+void addArrayWithFour(double* sums, const double* values, long long n);
 void addWithEight(Kind kind, First first, const double* const* vectors, long long length,
                   double* fields);
 void meansWithEight(Kind kind, const double* sizes, double* fields);
+void addArrayWithEight(double* sums, const double* values, long long n);
 
 }  // namespace detail
 

@@ -20,6 +20,10 @@ void meansWithEight(Kind kind, const double* sizes, double* fields) {
     takeMeansOf<EightDoubles>(kind, sizes, fields);
 }
 
+void addArrayWithEight(double* sums, const double* values, long long n) {
+    addArrayOf<EightDoubles>(sums, values, n);
+}
+
 }  // namespace cxc::pass::detail
 
 #endif

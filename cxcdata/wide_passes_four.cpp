@@ -20,6 +20,10 @@ void meansWithFour(Kind kind, const double* sizes, double* fields) {
     takeMeansOf<FourDoubles>(kind, sizes, fields);
 }
 
+void addArrayWithFour(double* sums, const double* values, long long n) {
+    addArrayOf<FourDoubles>(sums, values, n);
+}
+
 }  // namespace cxc::pass::detail
 
 #endif

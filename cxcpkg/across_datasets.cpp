@@ -5,6 +5,7 @@
 #include "cxcdata/grid.h"
 #include "cxcdata/passes.h"
 #include "cxcdata/two_doubles.h"
+#include "cxcdata/wide_passes.h"
 #include "cxcpkg/dataset_owner.h"
 
 #include <algorithm>
@@ -336,7 +337,7 @@ void Accumulation::takePair(__int64 r, __int64 c, const CWavChnlChnlDatazq& pair
     const __int64 n = std::min({slices, pair.m_size, m_sums.m_cohTimTotal});
     double* const sums = m_sums.m_mCC[r][c].m_data;
     if (m_minimum == nullptr) {
-        elementWise(sums, pair.m_data, n, [](TwoDoubles a, TwoDoubles b) { return a + b; });
+        pass::addArray(pass::widest(), sums, pair.m_data, n);
         return;
     }
     double* const least = m_minimum->m_mCC[r][c].m_data;

@@ -4,7 +4,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
+#include <cstddef>
 #include <cstring>
 #include <limits>
 #include <random>
@@ -320,6 +322,40 @@ TEST(Passes, VectorsOfARowAreTakenInOrderOnEveryWidth) {
             expectVectorsInOrder<pass::Statistic>(grid, width);
         }
     });
+}
+
+TEST(AddArray, EveryWidthAddsEveryLengthAndTouchesNothingBehindIt) {
+    for (const Width width : widths()) {
+        for (std::size_t n = 0; n <= 41; ++n) {
+            for (unsigned seed = 0; seed < 15; ++seed) {
+                std::vector<double> sums = values(n, seed);
+                const std::vector<double> added = values(n, seed + 100);
+                std::vector<double> expected;
+                for (std::size_t t = 0; t < n; ++t)
+                    expected.push_back(sums[t] + added[t]);
+                sums.insert(sums.end(), 16, -77.0);
+                pass::addArray(width, sums.data(), added.data(), static_cast<long long>(n));
+                for (std::size_t t = 0; t < n; ++t)
+                    ASSERT_TRUE(same(sums[t], expected[t]) ||
+                                (std::isnan(sums[t]) && std::isnan(expected[t])))
+                        << sums[t] << " is not " << expected[t] << " at " << t << " of " << n;
+                EXPECT_EQ(
+                    std::count(sums.begin() + static_cast<std::ptrdiff_t>(n), sums.end(), -77.0),
+                    16);
+            }
+        }
+    }
+}
+
+TEST(AddArray, AnArrayMayBeAddedToItselfAndNegativeLengthsAddNothing) {
+    for (const Width width : widths()) {
+        std::vector<double> both(13, 1.5);
+        pass::addArray(width, both.data(), both.data(), 13);
+        EXPECT_EQ(both, std::vector<double>(13, 3.0));
+        pass::addArray(width, both.data(), both.data(), -5);
+        pass::addArray(width, both.data(), both.data(), std::numeric_limits<long long>::min());
+        EXPECT_EQ(both, std::vector<double>(13, 3.0));
+    }
 }
 
 }  // namespace
