@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Passes every test: installs what is missing, then builds and tests each build.
 #   ./test.sh                 everything
-#   ./test.sh checks|native|analysis|coverage|memcheck|instructions|sanitized|fuzz|windows [...]
+#   ./test.sh checks|native|analysis|coverage|memcheck|threads|instructions|sanitized|fuzz|windows \
+#             [...]
 #                             only these stages
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")"
@@ -12,7 +13,7 @@ trap 'scripts/wine-run.sh --stop' EXIT
 
 stages=("$@")
 [ ${#stages[@]} -gt 0 ] ||
-  stages=(checks native analysis coverage memcheck instructions sanitized fuzz windows)
+  stages=(checks native analysis coverage memcheck threads instructions sanitized fuzz windows)
 jobs=$(nproc)
 failed=()
 tested=
@@ -56,6 +57,10 @@ for stage in "${stages[@]}"; do
     memcheck)
       echo "== memcheck"
       scripts/memcheck.sh build/linux || failed+=(memcheck)
+      ;;
+    threads)
+      echo "== threads"
+      scripts/threads.sh || failed+=(threads)
       ;;
     fuzz)
       echo "== fuzz"
