@@ -40,7 +40,8 @@ foreach(folder ${cxc_folders})
 endforeach()
 install(FILES cxcdata/array_exchange.h cxcdata/dataset_part.h
   DESTINATION "${cxc_headers}/cxcdata")
-install(FILES cxcfile/file_commands.h cxcfile/pass_record.h cxcfile/text_export.h
+install(FILES cxcfile/each_pair.h cxcfile/file_commands.h cxcfile/pass_record.h
+  cxcfile/text_export.h
   DESTINATION "${cxc_headers}/cxcfile")
 install(FILES cxcpkg/across_datasets.h DESTINATION "${cxc_headers}/cxcpkg")
 if(WIN32)

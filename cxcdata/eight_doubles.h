@@ -58,6 +58,11 @@ private:
 inline EightDoubles operator+(EightDoubles a, EightDoubles b) {
     return EightDoubles(_mm512_add_pd(a.all, b.all));
 }
+/// sum + value, where of two NaNs the older one stays, as pass::plus has it.
+inline EightDoubles plus(EightDoubles sum, EightDoubles value) {
+    const __mmask8 number = _mm512_cmp_pd_mask(sum.all, sum.all, _CMP_ORD_Q);
+    return EightDoubles(_mm512_mask_add_pd(sum.all, number, sum.all, value.all));
+}
 inline EightDoubles operator*(EightDoubles a, EightDoubles b) {
     return EightDoubles(_mm512_mul_pd(a.all, b.all));
 }

@@ -54,6 +54,11 @@ private:
 inline FourDoubles operator+(FourDoubles a, FourDoubles b) {
     return FourDoubles(_mm256_add_pd(a.all, b.all));
 }
+/// sum + value, where of two NaNs the older one stays, as pass::plus has it.
+inline FourDoubles plus(FourDoubles sum, FourDoubles value) {
+    const __m256d old = _mm256_cmp_pd(sum.all, sum.all, _CMP_UNORD_Q);
+    return FourDoubles(_mm256_blendv_pd(_mm256_add_pd(sum.all, value.all), sum.all, old));
+}
 inline FourDoubles operator*(FourDoubles a, FourDoubles b) {
     return FourDoubles(_mm256_mul_pd(a.all, b.all));
 }

@@ -1,5 +1,6 @@
-// Adds the values of vectors to accumulators, every vector in a lane of its own, for any Number:
-// the same result to the last bit, however many doubles the machine works on together.
+// Adds the values of vectors to accumulators, every vector in a lane of its own, or one array to
+// another, for any Number: the same result to the last bit, however many doubles the machine works
+// on together.
 #pragma once
 
 #include "cxcdata/accumulators.h"
@@ -123,7 +124,7 @@ void addArrayOf(double* sums, const double* values, long long n) {
     constexpr int line = doublesPerCacheLine;
     constexpr long long ahead = 8 * line;
     const auto add = [&](long long t) {
-        (Number::load(sums + t) + Number::load(values + t)).store(sums + t);
+        plus(Number::load(sums + t), Number::load(values + t)).store(sums + t);
     };
     long long t = 0;
     for (; t + line <= n; t += line) {
@@ -136,8 +137,8 @@ void addArrayOf(double* sums, const double* values, long long n) {
         add(t);
     if (t >= n) return;
     const int rest = static_cast<int>(n - t);
-    const Number last = Number::loadFirst(sums + t, rest) + Number::loadFirst(values + t, rest);
-    last.storeFirst(sums + t, rest);
+    plus(Number::loadFirst(sums + t, rest), Number::loadFirst(values + t, rest))
+        .storeFirst(sums + t, rest);
 }
 
 }  // namespace cxc::pass

@@ -1,8 +1,6 @@
 // Asks the machine to fetch memory that is needed soon. A hint: any address is harmless.
 #pragma once
 
-#include "framework.h"
-
 #include <cstdint>
 
 #if defined(__SSE2__) || defined(_M_X64)
@@ -17,7 +15,7 @@ inline constexpr int doublesPerCacheLine = 8;
 /// A source that is compiled for newer machines names its Number, so as not to share its function
 /// with others.
 template <class Number = double>
-void prefetch(const double* array, __int64 ahead = 0) {
+void prefetch(const double* array, long long ahead = 0) {
     const auto address = reinterpret_cast<std::uintptr_t>(array) +
                          static_cast<std::uintptr_t>(ahead) * sizeof(double);
 #if defined(__SSE2__) || defined(_M_X64)

@@ -59,6 +59,12 @@ inline TwoDoubles lowered(TwoDoubles least, TwoDoubles value) {
 inline TwoDoubles raised(TwoDoubles most, TwoDoubles value) {
     return TwoDoubles(_mm_max_pd(value.both, most.both));
 }
+/// sum + value, where of two NaNs the older one stays, as pass::plus has it.
+inline TwoDoubles plus(TwoDoubles sum, TwoDoubles value) {
+    const __m128d old = _mm_cmpunord_pd(sum.both, sum.both);
+    const __m128d added = _mm_add_pd(sum.both, value.both);
+    return TwoDoubles(_mm_or_pd(_mm_and_pd(old, sum.both), _mm_andnot_pd(old, added)));
+}
 inline TwoDoubles firsts(TwoDoubles a, TwoDoubles b) {
     return TwoDoubles(_mm_unpacklo_pd(a.both, b.both));
 }
@@ -116,6 +122,10 @@ inline TwoDoubles lowered(TwoDoubles least, TwoDoubles value) {
 inline TwoDoubles raised(TwoDoubles most, TwoDoubles value) {
     return {value.one > most.one ? value.one : most.one,
             value.two > most.two ? value.two : most.two};
+}
+inline TwoDoubles plus(TwoDoubles sum, TwoDoubles value) {
+    return {std::isnan(sum.one) ? sum.one : sum.one + value.one,
+            std::isnan(sum.two) ? sum.two : sum.two + value.two};
 }
 inline TwoDoubles firsts(TwoDoubles a, TwoDoubles b) {
     return {a.one, b.one};

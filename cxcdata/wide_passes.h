@@ -1,6 +1,6 @@
-// The accumulators for eight vectors side by side, with as many doubles together as the machine
-// can work on. A sum in a fixed order waits for the addition before it; sums of different vectors
-// need not wait for each other.
+// Passes with as many doubles together as the machine can work on: the accumulators for eight
+// vectors side by side, and one array added to another. A sum in a fixed order waits for the
+// addition before it; sums of different vectors need not wait for each other.
 #pragma once
 
 #include "cxcdata/accumulators.h"
@@ -32,6 +32,7 @@ CXC_API void addLanes(Width width, Kind kind, First first, const double* const* 
 CXC_API void takeMeans(Width width, Kind kind, const double* sizes, double* fields);
 
 /// sums[t] += values[t] for t from 0 to n-1; nothing for n below 1. Both arrays may be the same.
+/// Results are the same to the last bit for every width; of two NaNs the one in `sums` stays.
 /// Requires has(width).
 CXC_API void addArray(Width width, double* sums, const double* values, long long n);
 

@@ -118,36 +118,31 @@ public:
     PairReader& operator=(const PairReader&) = delete;
 
     // The one for a dataset, or null.
-    static const PairReader* of(const CSnsCohData& data) {
+    static PairReader* of(const CSnsCohData& data) {
         return current() != nullptr && &current()->m_dataset == &data ? current() : nullptr;
     }
 
-    int read(CArchive& ar) const {
-        const __int64 rows = m_dataset.m_snsRowTotal;
-        const __int64 cols = m_dataset.m_snsColTotal;
-        if (!rowsAreBacked(ar, rows, cols)) return 0;
-        CWavChnlChnlDatazq pair;
-        for (__int64 r = 0; r < rows; ++r) {
-            if (!rowIsBacked(ar, cols)) return 0;
-            for (__int64 c = 0; c < cols; ++c) {
-                // A record without a backup leaves an older one alone.
-                pair.cleanbkData();
-                if (cxc::passVectorRecord(ar, pair) == 0) return 0;
-                m_take(m_dataset, r, c, pair);
-            }
+    bool readRow(CArchive& ar, __int64 r, __int64 cols) {
+        if (!rowIsBacked(ar, cols)) return false;
+        for (__int64 c = 0; c < cols; ++c) {
+            // A record without a backup leaves an older one alone.
+            m_pair.cleanbkData();
+            if (cxc::passVectorRecord(ar, m_pair) == 0) return false;
+            m_take(m_dataset, r, c, m_pair);
         }
-        return 1;
+        return true;
     }
 
 private:
-    static const PairReader*& current() {
-        thread_local const PairReader* reader = nullptr;
+    static PairReader*& current() {
+        thread_local PairReader* reader = nullptr;
         return reader;
     }
 
     const CSnsCohDatazq& m_dataset;
     const cxc::PairTaker& m_take;
-    const PairReader* const m_outer;
+    PairReader* const m_outer;
+    CWavChnlChnlDatazq m_pair;
 };
 
 bool loadRow(CArchive& ar, CWavChnlChnlDatazq** table, __int64 r, __int64 cols) {
@@ -164,14 +159,16 @@ int loadGrid(CArchive& ar, CSnsCohData& data) {
     int marker = 0;
     ar >> marker;
     if (marker == 0 || data.m_snsRowTotal == 0) return 1;
-    if (const PairReader* const reader = PairReader::of(data)) return reader->read(ar);
     const __int64 rows = data.m_snsRowTotal;
     const __int64 cols = data.m_snsColTotal;
-    const bool backed = rowsAreBacked(ar, rows, cols);
-    Owner table(backed ? cxc::grid::newTable(rows, cols < 0 ? 0 : cols) : nullptr);
-    if (table == nullptr) return 0;
+    if (!rowsAreBacked(ar, rows, cols)) return 0;
+    PairReader* const reader = PairReader::of(data);
+    Owner table(reader == nullptr ? cxc::grid::newTable(rows, cols < 0 ? 0 : cols) : nullptr);
+    if (reader == nullptr && table == nullptr) return 0;
     for (__int64 r = 0; r < rows; ++r) {
-        if (!loadRow(ar, table.get(), r, cols)) {
+        const bool loaded =
+            reader == nullptr ? loadRow(ar, table.get(), r, cols) : reader->readRow(ar, r, cols);
+        if (!loaded) {
             data.cleanSnsCohData();
             return 0;
         }
@@ -263,6 +260,7 @@ int CSnsCohData09File::serialize(CArchive& ar) {
 
 int cxc::loadEachPair(CArchive& ar, CSnsCohDatazq& dataset, const PairTaker& take) {
     if (ar.IsStoring()) return 0;
+    if (dataset.m_mCC != nullptr) dataset.cleanSnsCohData();
     const PairReader reader(dataset, take);
     return dataset.serialize(ar);
 }

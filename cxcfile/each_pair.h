@@ -15,11 +15,10 @@ using PairTaker = std::function<void(const CSnsCohDatazq& dataset, __int64 row, 
                                      const CWavChnlChnlDatazq& pair)>;
 
 /// Loads the record of a dataset, as its serialize does, without keeping the values: `dataset` ends
-/// up without a grid, its counters telling the sizes of the one in the record. One pair is in
-/// memory at a time.
-/// Returns 1, or 0 after the messages of serialize, when pairs may have been given already, and for
-/// an archive that stores. Throws the framework's archive and file exceptions, and what `take`
-/// throws.
+/// up without a grid, its counters telling the sizes of the one in the record. A grid that it had
+/// is released first. One pair is in memory at a time. Returns 1, or 0 after the messages of
+/// serialize, when pairs may have been given already, and for an archive that stores. Throws the
+/// framework's archive and file exceptions, and what `take` throws.
 CXC_API int loadEachPair(CArchive& ar, CSnsCohDatazq& dataset, const PairTaker& take);
 
 }  // namespace cxc

@@ -37,11 +37,11 @@ void add(double* sums, const Several<Arrays>& arrays, __int64 n) {
     for (; t + 2 <= n; t += 2) {
         TwoDoubles sum = TwoDoubles::load(sums + t);
         for (const double* const values : arrays)
-            sum = sum + TwoDoubles::load(values + t);
+            sum = plus(sum, TwoDoubles::load(values + t));
         sum.store(sums + t);
     }
     for (const double* const values : arrays) {
-        if (t < n) sums[t] += values[t];
+        if (t < n) sums[t] = pass::plus(sums[t], values[t]);
     }
 }
 
@@ -64,7 +64,7 @@ void summarise(double* least, double* sums, double* most, const Several<Arrays>&
         for (const double* const values : arrays) {
             const TwoDoubles both = TwoDoubles::load(values + t);
             low = lowered(low, both);
-            sum = sum + both;
+            sum = plus(sum, both);
             high = raised(high, both);
         }
         low.store(least + t);
@@ -74,7 +74,7 @@ void summarise(double* least, double* sums, double* most, const Several<Arrays>&
     for (const double* const values : arrays) {
         if (t >= n) break;
         least[t] = pass::lowered(least[t], values[t]);
-        sums[t] += values[t];
+        sums[t] = pass::plus(sums[t], values[t]);
         most[t] = pass::raised(most[t], values[t]);
     }
 }

@@ -66,6 +66,27 @@ TEST_F(EachPair, AGridThatTheDatasetHadIsReleased) {
     EXPECT_EQ(dataset.m_cohTimTotal, golden::slices);
 }
 
+TEST_F(EachPair, ARecordThatHoldsNoPairsReleasesTheGridToo) {
+    CSnsCohDatazq dataset;
+    golden::fillOther(dataset);
+    EXPECT_EQ(read(dataset, golden::record20080720(), ignore), 1);
+    EXPECT_EQ(dataset.m_mCC, nullptr);
+}
+
+TEST_F(EachPair, ARefusedPairLeavesTheDatasetEmpty) {
+    CSnsCohDatazq dataset;
+    EXPECT_EQ(read(dataset,
+                   golden::opening(golden::newestVersion)
+                       .append(golden::sizes())
+                       .i32(1)
+                       .append(golden::pairRecord(0, 0))
+                       .string("OTHER"),
+                   ignore),
+              0);
+    EXPECT_EQ(dataset.m_snsRowTotal, 0);
+    EXPECT_EQ(app.messages(), (std::vector<std::string>{"Unknown MMatrix1D file!"}));
+}
+
 TEST_F(EachPair, WhatIsRefusedHasItsMessage) {
     CSnsCohDatazq dataset;
     EXPECT_EQ(read(dataset, golden::Bytes().string("OTHER"), ignore), 0);

@@ -1,3 +1,4 @@
+#include "tests/cxcfile/golden_dataset.h"
 #include "tests/tools/tool_fixture.h"
 
 #include <algorithm>
@@ -316,6 +317,33 @@ TEST_F(Tool, ResultsOverManyUnevenFilesAreThoseOfAGroupToTheLastBit) {
     expectSame("s_max.cxc", *summary.group()->getCoherenceData(27));
 }
 
+TEST_F(Tool, AMeanTakesPackagesGroupsOldFilesAndFilesWithoutValuesOfPairs) {
+    makeDataset("a.cxc", 2, 2);
+    makeDataset("b.cxc", 2, 2, 2.0);
+    ASSERT_EQ(run({"pack", "@b.cxc", "@a.cxc", "-o", "@g.cxcgrp"}).code, tool::done);
+    ASSERT_EQ(
+        run({"average", "@a.cxc", "@g.cxcgrp", "@a.cxc", "--member", "0", "-o", "@m.cxc"}).code,
+        tool::done);
+    EXPECT_EQ(cell(*open("m.cxc"), 1, 1, 0), (3.0 * cellValue(1, 1, 0) + 2.0) / 3.0);
+
+    putBytes("old.cxc", golden::record20120714().str());
+    putBytes("new.cxc", golden::newestRecord().str());
+    ASSERT_EQ(run({"average", "@old.cxc", "@new.cxc", "-o", "@m.cxc", "--force"}).code, tool::done);
+    EXPECT_EQ(cell(*open("m.cxc"), 1, 1, 2), golden::value(1, 1, 2));
+    EXPECT_EQ(open("m.cxc")->m_mCC[0][2].m_chnlB, 13);
+
+    putBytes("none.cxc", golden::opening(20130402)
+                             .append(golden::sizes())
+                             .i32(0)
+                             .append(golden::header13to25())
+                             .append(golden::header26to31())
+                             .str());
+    const Result result = run({"average", "@new.cxc", "@none.cxc", "-o", "@m.cxc", "--force"});
+    ASSERT_EQ(result.code, tool::done);
+    EXPECT_TRUE(has(result.err, "none.cxc differs from ")) << result.err;
+    EXPECT_EQ(cell(*open("m.cxc"), 1, 1, 2), golden::value(1, 1, 2) / 2.0);
+}
+
 TEST_F(Tool, TheFirstBadFileIsTheOneNamed) {
     makeDataset("a.cxc", 6, 2);
     const std::string bytes = bytesOf("a.cxc");
@@ -335,8 +363,12 @@ TEST_F(Tool, WhatTheLibrarySaysOfAFileStaysWithIt) {
     std::string bytes = bytesOf("a.cxc");
     bytes[bytes.find(std::string("M\0A\0T", 5))] = '?';  // in the magic string of the first vector
     putBytes("b.cxc", bytes);
+    bytes = bytesOf("a.cxc");
+    bytes[bytes.find(std::string("\x9e\x02\x33\x01", 4))] = '?';  // its version, 20120222
+    putBytes("c.cxc", bytes);
     for (int i = 0; i < 20; ++i) {
-        const Result result = run({"average", "@a.cxc", "@b.cxc", "@a.cxc", "-o", "@m.cxc"});
+        const Result result =
+            run({"average", "@a.cxc", "@b.cxc", "@c.cxc", "@c.cxc", "-o", "@m.cxc"});
         EXPECT_EQ(result.code, tool::failed);
         EXPECT_TRUE(has(result.err, "b.cxc: Unknown MMatrix1D file!\n")) << result.err;
     }
@@ -467,6 +499,35 @@ TEST_F(Tool, AnInterruptLeavesNothingBehind) {
         EXPECT_EQ(result.err, "cxc: interrupted\n");
     }
     tool::setInterrupted(false);
+    EXPECT_EQ(entries().size(), 1u);
+}
+
+// A terminal whose user interrupts as soon as a text is written.
+class InterruptingBuffer : public std::stringbuf {
+public:
+    explicit InterruptingBuffer(std::string text) : m_text(std::move(text)) {}
+
+protected:
+    std::streamsize xsputn(const char* characters, std::streamsize count) override {
+        const std::streamsize written = std::stringbuf::xsputn(characters, count);
+        if (str().find(m_text) != std::string::npos) tool::setInterrupted(true);
+        return written;
+    }
+
+private:
+    const std::string m_text;
+};
+
+TEST_F(Tool, AnInterruptIsHeardWhileFilesAreRead) {
+    makeDataset("a.cxc", 6, 2);
+    InterruptingBuffer terminal("] 2/2 ");
+    std::ostream err(&terminal);
+    std::ostringstream out;
+    EXPECT_EQ(
+        tool::run({"average", path("a.cxc"), path("a.cxc"), "-o", path("m.cxc")}, out, err, true),
+        tool::interrupted);
+    tool::setInterrupted(false);
+    EXPECT_TRUE(has(terminal.str(), "cxc: interrupted\n"));
     EXPECT_EQ(entries().size(), 1u);
 }
 

@@ -125,4 +125,23 @@ TEST(Relay, AFileThatCannotBeginEndsTheWork) {
     EXPECT_THROW(relay.rethrow(), std::runtime_error);
 }
 
+TEST(Relay, AnEarlierFailureComesBeforeAFileThatCannotBegin) {
+    std::atomic<bool> refused{false};
+    Relay relay(3, [&](Turn& turn) {
+        turn.beginRow(0);
+        if (turn.file() != 0) return;
+        while (!refused)
+            std::this_thread::yield();
+        throw std::logic_error("the first");
+    });
+    EXPECT_EQ(relay.run(3,
+                        [&](std::size_t file) {
+                            if (file != 2) return;
+                            refused = true;
+                            throw std::runtime_error("the third");
+                        }),
+              0u);
+    EXPECT_THROW(relay.rethrow(), std::logic_error);
+}
+
 }  // namespace

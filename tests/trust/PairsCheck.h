@@ -44,9 +44,8 @@ public:
         if (outcome != m_outcome)
             return std::string(name(outcome)) + " instead of " + name(m_outcome);
         if (m_app.takeMessages() != messages) return "other messages";
-        if (!accepted) return "";
         if (dataset.m_mCC != nullptr) return "the grid is kept";
-        if (count != pairsOf(whole)) return std::to_string(count) + " pairs";
+        if (accepted && count != pairsOf(whole)) return std::to_string(count) + " pairs";
         // Without its grid the whole one must be the other.
         CSnsCohDatazq keeper;
         std::swap(keeper.m_mCC, whole.m_mCC);

@@ -193,7 +193,10 @@ private:
             m_options.files[turn.file()], m_options.member,
             [&](const CSnsCohDatazq& from, __int64 r, __int64 c, const CWavChnlChnlDatazq& pair) {
                 channels.take(r, c, pair);
-                if (c == 0) turn.beginRow(r);
+                if (c == 0) {
+                    checkInterrupted();
+                    turn.beginRow(r);
+                }
                 if (first) m_results.describePair(r, c, pair);
                 into.takePair(r, c, pair, from.m_cohTimTotal);
             });

@@ -1,15 +1,18 @@
 #include "tools/cxc/console.h"
 
+#include <atomic>
 #include <csignal>
 #include <cstdio>
 
 namespace tool {
 namespace {
 
-volatile std::sig_atomic_t g_interrupted = 0;
+// Set by a signal, looked at by every thread.
+std::atomic<bool> g_interrupted{false};
+static_assert(std::atomic<bool>::is_always_lock_free, "a signal may not wait");
 
 void noteInterrupt(int) {
-    g_interrupted = 1;
+    g_interrupted = true;
 }
 
 }  // namespace
@@ -64,11 +67,11 @@ void watchInterrupts() {
 }
 
 void checkInterrupted() {
-    if (g_interrupted != 0) throw Interrupted();
+    if (g_interrupted) throw Interrupted();
 }
 
 void setInterrupted(bool value) {
-    g_interrupted = value ? 1 : 0;
+    g_interrupted = value;
 }
 
 }  // namespace tool

@@ -54,6 +54,9 @@ auto about(const std::string& path, Work work) -> decltype(work()) {
         const bool early = e->m_cause == CArchiveException::endOfFile;
         e->Delete();
         throw Error(path + (early ? ": the file ends early" : ": the file is damaged"));
+    } catch (CException* e) {
+        e->Delete();
+        throw Error(path + ": cannot be read or written");
     } catch (const std::bad_alloc&) {
         throw Error(path + ": not enough memory");
     } catch (const fs::filesystem_error& e) {

@@ -1,7 +1,6 @@
 #include "tools/cxc/relay.h"
 
 #include <limits>
-#include <system_error>
 #include <thread>
 #include <utility>
 
@@ -25,7 +24,7 @@ std::size_t Relay::run(unsigned threads, const std::function<void(std::size_t fi
     try {
         for (unsigned i = 1; i < threads && i < m_passed.size(); ++i)
             others.emplace_back([&] { work(begin); });
-    } catch (const std::system_error&) {
+    } catch (const std::exception&) {
         // The threads that could be had are enough.
     }
     work(begin);
