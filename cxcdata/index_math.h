@@ -8,18 +8,18 @@
 
 namespace cxc {
 
-inline __int64 wrapAdd(__int64 a, __int64 b) {
+constexpr __int64 wrapAdd(__int64 a, __int64 b) {
     return static_cast<__int64>(static_cast<unsigned long long>(a) +
                                 static_cast<unsigned long long>(b));
 }
 
-inline __int64 wrapSub(__int64 a, __int64 b) {
+constexpr __int64 wrapSub(__int64 a, __int64 b) {
     return static_cast<__int64>(static_cast<unsigned long long>(a) -
                                 static_cast<unsigned long long>(b));
 }
 
 /// `index` raised to 0, then lowered to total - 1. Requires total >= 1.
-inline __int64 clampIndex(__int64 index, __int64 total) {
+constexpr __int64 clampIndex(__int64 index, __int64 total) {
     return std::min(std::max<__int64>(index, 0), total - 1);
 }
 

@@ -15,7 +15,7 @@ struct Slices {
 
 /// Both ends moved by `step`, -1 or 1; a selection that would leave the slices 0 .. total - 1 wraps
 /// to their other end with its width kept. Example: 0..2 of 10 slices, step -1, gives 7..9.
-inline Slices stepped(Slices selection, __int64 total, int step) {
+constexpr Slices stepped(Slices selection, __int64 total, int step) {
     const __int64 last = std::max(selection.first, selection.last);
     const __int64 width = wrapSub(last, selection.first);
     Slices moved{wrapAdd(selection.first, step), wrapAdd(last, step)};

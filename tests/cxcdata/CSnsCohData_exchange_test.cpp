@@ -372,6 +372,18 @@ TEST(CSnsCohData, NothingIsTakenFromNoMatrices) {
     EXPECT_EQ(d.getValue(2, 1, 1), cellValue(2, 1, 1));
 }
 
+TEST(CSnsCohData, MoreMatricesThanTheMachineHoldsAreRefusedBeforeAnythingIsTaken) {
+    CMMatrix2Dzq mats[1];
+    fillMatrix(mats[0], 2, 2, 0);
+    for (const __int64 count : {1LL << 45, most}) {
+        CSnsCohDatazq d;
+        const FailingMemory memory(0);
+        EXPECT_EQ(d.setData4MCohTimSnsSns(mats, count), 0);
+        EXPECT_EQ(memory.count(), 0);
+        EXPECT_EQ(d.m_mCC, nullptr);
+    }
+}
+
 TEST(CSnsCohData, LaterMatricesMayHaveOtherSizes) {
     CMMatrix2Dzq mats[3];
     fillMatrix(mats[0], 2, 2, 0);

@@ -5,6 +5,7 @@
 #include "res/resource.h"
 #include "tests/ui/ui_fixture.h"
 
+#include <fstream>
 #include <initializer_list>
 
 namespace {
@@ -245,6 +246,21 @@ TEST_F(CDlgGroupTrlCxcDataManagerTest, WithoutMemoryForTheWindowThereIsNone) {
     EXPECT_TRUE(dialog().IsWindowVisible());
 }
 
+TEST_F(CDlgGroupTrlCxcDataManagerTest, WindowThatCannotBeMadeLeavesTheGroupAsItIs) {
+    giveThree();
+    group->at(1).m_headerInt9 = 7;
+    {
+        const test::NoNewControls system;
+        EXPECT_EQ(group->showDlgGroupCxcManager(&app.m_main), 1);
+    }
+    ASSERT_NE(group->m_dlgGroupCxcManager, nullptr);
+    EXPECT_EQ(dialog().m_hWnd, nullptr);
+    EXPECT_EQ(dialog().m_group, nullptr);
+    EXPECT_EQ(group->at(1).m_headerInt9, 7);
+    open();
+    EXPECT_TRUE(dialog().IsWindowVisible());
+}
+
 TEST_F(CDlgGroupTrlCxcDataManagerTest, GroupDestroysItsWindow) {
     openThree();
     const HWND window = dialog().m_hWnd;
@@ -293,6 +309,17 @@ TEST_F(CDlgGroupTrlCxcDataManagerTest, RowWithoutItsDatasetOnlyChangesTheStyle) 
     test::clickRow(list(), 2);
     EXPECT_EQ(group->m_curntCohDataSetID, 1);
     EXPECT_EQ(list().GetExtendedStyle(), 72u);
+    EXPECT_EQ(notifications, 0);
+}
+
+TEST_F(CDlgGroupTrlCxcDataManagerTest, RowThatIsNoneChoosesNothing) {
+    openThree();
+    group->at(2).m_headerInt9 = -1;  // its row could not be inserted
+    NMLISTVIEW none = {};
+    none.hdr = {at(IDC_GROUP_DATASETS), IDC_GROUP_DATASETS, LVN_ITEMCHANGED};
+    none.iItem = -1;
+    dialog().SendMessage(WM_NOTIFY, IDC_GROUP_DATASETS, reinterpret_cast<LPARAM>(&none));
+    EXPECT_EQ(group->m_curntCohDataSetID, 1);
     EXPECT_EQ(notifications, 0);
 }
 
@@ -376,6 +403,27 @@ TEST_F(CDlgGroupTrlCxcDataManagerTest, SuppressiveColorHasItsOwnCommand) {
     app.colorScript().choose(RGB(4, 5, 6));
     choose(ID_GROUP_SUPPRESSIVE_COLOR);
     EXPECT_EQ(group->at(1).m_suppressiveColor, static_cast<COLORREF>(RGB(4, 5, 6)));
+}
+
+TEST_F(CDlgGroupTrlCxcDataManagerTest, DatasetsThatTheHostTakesAwayUnderTheColorDialogKeepTheirs) {
+    openThree();
+    select({0, 2});
+    std::vector<std::unique_ptr<CSnsCohDatazq>> taken;
+    const test::InNextLoop host([&] {
+        for (const int index : {2, 0}) {
+            taken.emplace_back(&group->at(index));
+            group->m_cohDatasets.RemoveAt(index);
+        }
+    });
+    app.colorScript().choose(RGB(9, 8, 7));
+    choose(ID_GROUP_ACTIVE_COLOR);
+    EXPECT_EQ(names(), Texts{"two"});
+    EXPECT_EQ(app.colorScript().shown(), 1);
+    ASSERT_EQ(taken.size(), 2u);
+    for (const auto& dataset : taken) {
+        EXPECT_EQ(dataset->m_activeColor, static_cast<COLORREF>(0x0000FF));
+        dataset->cleanSnsCohData();
+    }
 }
 
 // ---- commands for the host
@@ -491,6 +539,38 @@ TEST_F(CDlgGroupTrlCxcDataManagerTest, CancelledOpenAppendsAnEmptyDataset) {
     EXPECT_EQ(list().GetItemCount(), 4);
 }
 
+TEST_F(CDlgGroupTrlCxcDataManagerTest, FileThatCannotBeReadIsToldAndAppendsNothing) {
+    openThree();
+    const test::TempDir dir;
+    std::ofstream(dir.path() / "empty.cxc", std::ios::binary).close();
+    int held = 0;
+    for (int round = 0; round < 3; ++round) {
+        app.script().choose(dir.path() / "empty.cxc");
+        choose(ID_GROUP_OPEN);
+        EXPECT_EQ(app.messages().size(), 1u);
+        app.clearMessages();
+        if (round == 0) held = test::datasetBlocks();  // the first dialog makes the system's own
+    }
+    EXPECT_EQ(test::datasetBlocks(), held);
+    EXPECT_EQ(names(), (Texts{"one", "two", "three"}));
+    EXPECT_TRUE(dialog().IsWindowEnabled());
+    EXPECT_FALSE(app.waiting());
+}
+
+TEST_F(CDlgGroupTrlCxcDataManagerTest, OpenedDatasetWithoutRoomInTheGroupIsReleased) {
+    openThree();
+    int held = 0;
+    for (int round = 0; round < 3; ++round) {
+        app.script().cancel();
+        const test::FailingMemory failing(2);  // the dataset comes first, then its entry
+        choose(ID_GROUP_OPEN);
+        EXPECT_GE(failing.count(), 2);
+        if (round == 0) held = test::datasetBlocks();
+    }
+    EXPECT_EQ(test::datasetBlocks(), held);
+    EXPECT_EQ(names(), (Texts{"one", "two", "three"}));
+}
+
 TEST_F(CDlgGroupTrlCxcDataManagerTest, DatasetThatTheHostReleasesUnderTheFileDialogIsNotWritten) {
     openThree();
     const test::TempDir dir;
@@ -564,6 +644,16 @@ TEST_F(CDlgGroupTrlCxcDataManagerTest, MenuBarOpensAndItsItemsAreCarriedOut) {
     EXPECT_FALSE(dialog().IsWindowVisible());
 }
 
+TEST_F(CDlgGroupTrlCxcDataManagerTest, WithoutItsMenuBarTheManagerWorks) {
+    openThree();
+    const HMENU bar = ::GetMenu(dialog().m_hWnd);
+    ASSERT_TRUE(::SetMenu(dialog().m_hWnd, nullptr));
+    group->at(1).m_cxcName = _T("renamed");
+    choose(ID_GROUP_ZERO_DIAGONAL);
+    EXPECT_EQ(caption(), "Active:renamed");
+    ::SetMenu(dialog().m_hWnd, bar);
+}
+
 TEST_F(CDlgGroupTrlCxcDataManagerTest, TimerDoesNothing) {
     openThree();
     EXPECT_EQ(dialog().SendMessage(WM_TIMER, 1, 0), 0);
@@ -596,12 +686,9 @@ TEST_F(CDlgGroupTrlCxcDataManagerTest, DeselectionWhileTheListIsEmptiedIsNoChoic
     openThree();
     select({2});
     int emptied = 0;
-    const test::BeforeEmptying control(list().m_hWnd, [&](const auto& procedure) {
-        LVITEM nothing = {};
-        nothing.stateMask = LVIS_SELECTED;
-        procedure(LVM_SETITEMSTATE, static_cast<WPARAM>(-1), reinterpret_cast<LPARAM>(&nothing));
+    const test::BeforeControl control(list().m_hWnd, LVM_DELETEALLITEMS, [&](const auto& before) {
         ++emptied;
-        return std::optional<LRESULT>();
+        return test::deselectFirst(before);
     });
     choose(ID_GROUP_SHOW);
     EXPECT_EQ(emptied, 1);
@@ -612,8 +699,7 @@ TEST_F(CDlgGroupTrlCxcDataManagerTest, DeselectionWhileTheListIsEmptiedIsNoChoic
 
 TEST_F(CDlgGroupTrlCxcDataManagerTest, ListThatCannotBeEmptiedIsToldAndFilledAllTheSame) {
     openThree();
-    const test::BeforeEmptying control(list().m_hWnd,
-                                       [](const auto&) { return std::optional<LRESULT>(FALSE); });
+    const test::BeforeControl control(list().m_hWnd, LVM_DELETEALLITEMS, test::refuse);
     bool managerEnabled = true;
     app.whileBoxStands = [&] { managerEnabled = dialog().IsWindowEnabled() != FALSE; };
     choose(ID_GROUP_ZERO_DIAGONAL);
@@ -628,8 +714,7 @@ TEST_F(CDlgGroupTrlCxcDataManagerTest, GroupMayEndWhileTheUserIsToldThatTheListI
     for (const UINT command : {ID_GROUP_SHOW, ID_GROUP_ZERO_DIAGONAL, ID_GROUP_AVERAGE_ALL,
                                ID_GROUP_DELETE, ID_GROUP_MAKE_ACTIVE, ID_GROUP_OPEN}) {
         openThree();
-        const test::BeforeEmptying control(
-            list().m_hWnd, [](const auto&) { return std::optional<LRESULT>(FALSE); });
+        const test::BeforeControl control(list().m_hWnd, LVM_DELETEALLITEMS, test::refuse);
         app.whileBoxStands = [&] { group.reset(); };
         if (command == ID_GROUP_OPEN) app.script().cancel();
         notifications = 0;
@@ -642,8 +727,7 @@ TEST_F(CDlgGroupTrlCxcDataManagerTest, GroupMayEndWhileTheUserIsToldThatTheListI
     }
     for (const bool apply : {true, false}) {
         openThree();
-        const test::BeforeEmptying control(
-            list().m_hWnd, [](const auto&) { return std::optional<LRESULT>(FALSE); });
+        const test::BeforeControl control(list().m_hWnd, LVM_DELETEALLITEMS, test::refuse);
         app.whileBoxStands = [&] { group.reset(); };
         if (apply)
             dialog().SendMessage(WM_COMMAND, IDC_GROUP_APPLY,
@@ -686,6 +770,38 @@ TEST_F(CDlgGroupTrlCxcDataManagerTest, HostMayDestroyTheGroupWhenItIsTold) {
     group = std::make_unique<test::CleanGroup>();
 }
 
+TEST_F(CDlgGroupTrlCxcDataManagerTest, ExceptionOfTheHostIsToldAndTheManagerGoesOn) {
+    openThree();
+    hostAction = [] { AfxThrowFileException(CFileException::diskFull); };
+    for (const UINT command : {ID_GROUP_SHOW, ID_GROUP_ZERO_DIAGONAL, ID_GROUP_AVERAGE_ALL}) {
+        app.clearMessages();
+        choose(command);
+        EXPECT_EQ(app.messages().size(), 1u) << command;
+    }
+    hostAction = nullptr;
+    press(IDC_GROUP_SHOW_ALL);
+    EXPECT_EQ(list().GetItemCount(), 4);
+    EXPECT_TRUE(dialog().IsWindowEnabled());
+}
+
+// Both windows are the host's; it may have destroyed them without telling.
+TEST_F(CDlgGroupTrlCxcDataManagerTest, WindowsOfTheHostAreNeverLookedInto) {
+    openThree();
+    auto* const gone = reinterpret_cast<CWnd*>(1);
+    dialog().m_viewer = gone;
+    dialog().m_parent = gone;
+    for (const UINT command :
+         {ID_GROUP_SHOW, ID_GROUP_ZERO_DIAGONAL, ID_GROUP_AVERAGE_ALL, ID_GROUP_MAKE_ACTIVE})
+        choose(command);
+    for (const int button : {IDC_GROUP_APPLY, IDC_GROUP_SHOW_ALL, IDC_GROUP_HIDE_ALL})
+        press(button);
+    test::movePointer(dialog().m_hWnd, CPoint(2, 60));
+    test::clickRow(list(), 2);
+    EXPECT_EQ(dialog().m_viewer, gone);
+    EXPECT_EQ(dialog().m_parent, gone);
+    EXPECT_GE(notifications, 8);
+}
+
 TEST_F(CDlgGroupTrlCxcDataManagerTest, EveryCommandBearsAGroupThatTheHostHasEmptied) {
     openThree();
     group->cleanSnsCohPkg();
@@ -721,6 +837,9 @@ TEST_F(CDlgGroupTrlCxcDataManagerTest, HostileDatasetsAreListedWithoutHarm) {
         group->m_curntCohDataSetID = i;
         press(IDC_GROUP_STATISTICS);
     }
+    choose(ID_GROUP_AVERAGE_ALL);
+    choose(ID_GROUP_SUMMARIZE_ALL);
+    EXPECT_EQ(list().GetItemCount(), group->size());
 }
 
 }  // namespace

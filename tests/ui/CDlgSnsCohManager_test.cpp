@@ -7,6 +7,10 @@
 #include "tests/support/DialogDriver.h"
 #include "tests/ui/ui_fixture.h"
 
+#include <algorithm>
+#include <iterator>
+#include <new>
+
 namespace {
 
 using test::actCtl;
@@ -72,10 +76,20 @@ using Selection = std::pair<__int64, __int64>;
 // ---- showing
 
 TEST_F(CDlgSnsCohManagerTest, NewObjectHasTheStatedMembers) {
-    const CDlgSnsCohManager fresh;
+    // In memory that has been used before.
+    alignas(CDlgSnsCohManager) unsigned char memory[sizeof(CDlgSnsCohManager)];
+    std::fill(std::begin(memory), std::end(memory), static_cast<unsigned char>(0xCD));
+    const auto destroy = [](CDlgSnsCohManager* dialog) { dialog->~CDlgSnsCohManager(); };
+    const std::unique_ptr<CDlgSnsCohManager, decltype(destroy)> owner(
+        ::new (memory) CDlgSnsCohManager, destroy);
+    const CDlgSnsCohManager& fresh = *owner;
     EXPECT_EQ(fresh.m_factor, 0.8);
     EXPECT_EQ(fresh.m_option, 1);
     EXPECT_EQ(fresh.m_extra, 0);
+    EXPECT_EQ(fresh.m_package, nullptr);
+    EXPECT_EQ(fresh.m_dragPoint, CPoint(0, 0));
+    EXPECT_EQ(fresh.m_sliceFirst, 0);
+    EXPECT_EQ(fresh.m_timeTotal, 0);
     EXPECT_FALSE(fresh.m_overSplitter);
     EXPECT_EQ(test::toUtf8(fresh.m_title), "Wave CxC Manager");
     EXPECT_STREQ(fresh.GetRuntimeClass()->m_lpszClassName, "CDlgSnsCohManager");
@@ -162,6 +176,20 @@ TEST_F(CDlgSnsCohManagerTest, WithoutMemoryForTheWindowThereIsNone) {
         EXPECT_EQ(package->showDlgSnsCohManager(&app.m_main), 1);
         EXPECT_EQ(package->m_dlgSnsCohManager, nullptr);
     }
+    open();
+    EXPECT_TRUE(dialog().IsWindowVisible());
+}
+
+TEST_F(CDlgSnsCohManagerTest, WindowThatCannotBeMadeLeavesThePackageAsItIs) {
+    giveAll();
+    {
+        const test::NoNewControls system;
+        EXPECT_EQ(package->showDlgSnsCohManager(&app.m_main), 1);
+    }
+    ASSERT_NE(package->m_dlgSnsCohManager, nullptr);
+    EXPECT_EQ(dialog().m_hWnd, nullptr);
+    EXPECT_EQ(dialog().m_package, nullptr);
+    EXPECT_EQ(package->m_curntCohDataSetID, active);  // filling the list makes it Act-Ctl
     open();
     EXPECT_TRUE(dialog().IsWindowVisible());
 }
@@ -266,6 +294,22 @@ TEST_F(CDlgSnsCohManagerTest, RowWithoutItsDatasetLeavesNothingListedAndTheOldRo
     EXPECT_EQ(dialog().m_listData.GetItemCount(), 3);
 }
 
+TEST_F(CDlgSnsCohManagerTest, DeselectionWhileTheListIsEmptiedIsNoChoice) {
+    giveAll();
+    open();
+    test::clickRow(dialog().m_listFace, 1);
+    int emptied = 0;
+    const test::BeforeControl control(dialog().m_listFace.m_hWnd, LVM_DELETEALLITEMS,
+                                      [&](const auto& before) {
+                                          ++emptied;
+                                          return test::deselectFirst(before);
+                                      });
+    choose(ID_WAVEFORM_ZERO_DIAGONAL);
+    EXPECT_EQ(emptied, 1);
+    EXPECT_EQ(listed(), package->m_cohControl);
+    EXPECT_EQ(caption(), "Wave CxC Manager-base");
+}
+
 TEST_F(CDlgSnsCohManagerTest, PressedPairChoosesTheColumnOfTheListedDataset) {
     giveAll();
     open();
@@ -316,6 +360,20 @@ TEST_F(CDlgSnsCohManagerTest, OperationComboChoosesThePackagesOperation) {
         dialog().m_comboOperation.GetLBText(i, text);
         EXPECT_EQ(test::toUtf8(text), (Texts{"A-C", "A+C", "A*C", "A/C"})[static_cast<size_t>(i)]);
     }
+}
+
+TEST_F(CDlgSnsCohManagerTest, ComboWithoutAChoiceChangesNothing) {
+    giveAll();
+    package->m_actCtlOperation = 3;
+    package->m_cohActive->m_rowCrt = 1;
+    open();
+    dialog().m_comboOperation.SetCurSel(-1);
+    dialog().m_comboRow.SetCurSel(-1);
+    for (const int combo : {IDC_WAVEFORM_OPERATION, IDC_WAVEFORM_ROW})
+        dialog().SendMessage(WM_COMMAND, MAKEWPARAM(combo, CBN_SELCHANGE),
+                             reinterpret_cast<LPARAM>(at(combo)));
+    EXPECT_EQ(package->m_actCtlOperation, 3);
+    EXPECT_EQ(package->m_cohActive->m_rowCrt, 1);
 }
 
 // ---- the slices
@@ -532,6 +590,21 @@ TEST_F(CDlgSnsCohManagerTest, DatasetThatTheHostReleasesMeanwhileIsNotNamed) {
     EXPECT_EQ(package->m_cohActCtl, nullptr);
 }
 
+TEST_F(CDlgSnsCohManagerTest, DatasetThatTheHostTakesAwayMeanwhileKeepsItsName) {
+    giveAll();
+    open();
+    const std::unique_ptr<CSnsCohDatazq> taken(package->m_cohActCtl);
+    const test::WhenOpen user("Enter Text", [&](HWND window) {
+        package->m_cohActCtl = nullptr;
+        ::SetForegroundWindow(window);
+        test::typeText(L"new name");
+        test::pressKey(VK_RETURN);
+    });
+    choose(ID_WAVEFORM_SET_NAME);
+    EXPECT_EQ(test::toUtf8(taken->m_cxcName), "mix");
+    taken->cleanSnsCohData();
+}
+
 TEST_F(CDlgSnsCohManagerTest, PackageMayEndWhileANameIsAskedFor) {
     giveAll();
     open();
@@ -593,6 +666,22 @@ TEST_F(CDlgSnsCohManagerTest, CommandsWithoutACurrentClassTellTheUserOnce) {
         app.clearMessages();
         press(button);
         EXPECT_EQ(app.messages(), Texts(1, noData)) << button;
+    }
+}
+
+TEST_F(CDlgSnsCohManagerTest, PackageMayEndWhileTheUserIsToldThatThereIsNoData) {
+    for (const int command : {ID_WAVEFORM_SET_NAME, ID_WAVEFORM_ZERO_DIAGONAL, ID_WAVEFORM_SAVE,
+                              ID_WAVEFORM_EXPORT, IDC_WAVEFORM_APPLY, IDC_WAVEFORM_STATISTIC,
+                              IDC_WAVEFORM_UPDATE, IDC_WAVEFORM_ACCUMULATE}) {
+        giveAll();
+        open();
+        package->m_curntCohDataSetID = -1;
+        app.whileBoxStands = [&] { package.reset(); };
+        dialog().SendMessage(WM_COMMAND, static_cast<WPARAM>(command), 0);
+        app.whileBoxStands = nullptr;
+        test::pump();
+        EXPECT_EQ(package, nullptr) << command;
+        package = std::make_unique<CSnsCohFacezq>();
     }
 }
 
@@ -790,6 +879,10 @@ TEST_F(OpenData, EmptyFileIsToldAndPlacesNothing) {
     EXPECT_EQ(package->m_cohActive, nullptr);
     EXPECT_TRUE(dialog().IsWindowEnabled());
     EXPECT_FALSE(app.waiting());
+    const int held = test::datasetBlocks();
+    for (int round = 0; round < 2; ++round)
+        openFile();
+    EXPECT_EQ(test::datasetBlocks(), held);
 }
 
 // ---- hiding
@@ -1002,6 +1095,17 @@ TEST(SteppedSelection, WrapsAtBothEndsAndKeepsItsWidth) {
     // Wider than there are slices, and no slices at all.
     EXPECT_EQ(step(0, 12, 10, -1), Selection(-3, 9));
     EXPECT_EQ(step(0, 0, 0, 1), Selection(0, 0));
+}
+
+// A number that overflows would not compile here.
+TEST(SteppedSelection, DoesNotOverflow) {
+    constexpr cxc::Slices wrapped =
+        cxc::stepped({test::leastIndex, test::mostIndex}, test::leastIndex, -1);
+    constexpr cxc::Slices atTheEnd =
+        cxc::stepped({test::mostIndex, test::mostIndex}, test::mostIndex, 1);
+    EXPECT_EQ(Selection(wrapped.first, wrapped.last), Selection(0, 0));
+    EXPECT_EQ(Selection(atTheEnd.first, atTheEnd.last),
+              Selection(test::mostIndex - 1, test::mostIndex - 1));
 }
 
 TEST(SteppedSelection, BearsEveryNumber) {

@@ -57,6 +57,21 @@ TEST_F(CListSnsCohDatazqTest, SecondSetUpKeepsTheImages) {
     EXPECT_EQ(list.GetHeaderCtrl()->GetItemCount(), 6);
 }
 
+TEST_F(CListSnsCohDatazqTest, SetUpEndsWhereNoColumnCanBeDeleted) {
+    const test::BeforeControl control(list.m_hWnd, LVM_DELETECOLUMN, test::refuse);
+    EXPECT_EQ(list.setUpColumns(), 1);
+    EXPECT_EQ(list.GetHeaderCtrl()->GetItemCount(), 12);
+}
+
+TEST_F(CListSnsCohDatazqTest, SetUpBearsAListWithoutAHeader) {
+    {
+        const test::BeforeControl control(list.m_hWnd, LVM_GETHEADER, test::refuse);
+        ASSERT_EQ(list.GetHeaderCtrl(), nullptr);
+        EXPECT_EQ(list.setUpColumns(), 1);
+    }
+    EXPECT_EQ(list.GetHeaderCtrl()->GetItemCount(), 12);
+}
+
 TEST_F(CListSnsCohDatazqTest, WithoutMemoryForThePicturesTheListHasNone) {
     CListSnsCohDatazq fresh;
     ASSERT_TRUE(fresh.Create(WS_CHILD | LVS_REPORT, CRect(0, 0, 90, 90), &frame, 8));
@@ -181,6 +196,20 @@ TEST_F(CListSnsCohDatazqTest, DatasetThatItsPackageReleasedIsNoneAnyMore) {
     EXPECT_EQ(list.dataset(), nullptr);
     EXPECT_EQ(list.refill(), 0);
     EXPECT_EQ(list.GetItemCount(), 2);
+}
+
+TEST_F(CListSnsCohDatazqTest, RowsAreThoseOfTheGridThatTheDatasetHasNow) {
+    CSnsCohDatazq data;
+    test::fill(data, 2, 2, 1);
+    list.m_dataset = &data;
+    list.refill();
+    data.cleanSnsCohData();
+    test::clickColumn(list, 1);
+    EXPECT_EQ(list.GetItemCount(), 0);
+    test::fill(data, 3, 3, 2);
+    test::clickColumn(list, 3);
+    ASSERT_EQ(list.GetItemCount(), 3);
+    EXPECT_EQ(test::rowOf(list, 2, 6), "CxC3|0|0|2|0|131.000000");
 }
 
 TEST_F(CListSnsCohDatazqTest, ColumnClickFillsAnew) {

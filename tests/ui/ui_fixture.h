@@ -11,6 +11,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -159,42 +160,96 @@ private:
     bool m_done = false;
 };
 
-/// Stands before the procedure of a list view: what `answer` gives for the wish to empty the list
-/// is the result, without it the list answers.
-class BeforeEmptying {
+/// Stands before the procedure of a control: what `answer` gives for the message is the result,
+/// without it the control answers.
+class BeforeControl {
 public:
     using Procedure = std::function<LRESULT(UINT, WPARAM, LPARAM)>;
+    using Answer = std::function<std::optional<LRESULT>(const Procedure&)>;
 
-    BeforeEmptying(HWND list, std::function<std::optional<LRESULT>(const Procedure&)> answer)
-        : m_list(list), m_answer(std::move(answer)) {
+    BeforeControl(HWND control, UINT message, Answer answer)
+        : m_control(control), m_message(message), m_answer(std::move(answer)) {
         s_current = this;
-        m_listProcedure = reinterpret_cast<WNDPROC>(
-            ::SetWindowLongPtr(list, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&procedure)));
+        m_procedure = reinterpret_cast<WNDPROC>(
+            ::SetWindowLongPtr(control, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&procedure)));
     }
-    ~BeforeEmptying() {
-        if (::IsWindow(m_list))
-            ::SetWindowLongPtr(m_list, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(m_listProcedure));
+    ~BeforeControl() {
+        if (::IsWindow(m_control))
+            ::SetWindowLongPtr(m_control, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(m_procedure));
         s_current = nullptr;
     }
-    BeforeEmptying(const BeforeEmptying&) = delete;
-    BeforeEmptying& operator=(const BeforeEmptying&) = delete;
+    BeforeControl(const BeforeControl&) = delete;
+    BeforeControl& operator=(const BeforeControl&) = delete;
 
 private:
-    static LRESULT CALLBACK procedure(HWND list, UINT message, WPARAM wParam, LPARAM lParam) {
-        const Procedure before = [list](UINT m, WPARAM w, LPARAM l) {
-            return ::CallWindowProc(s_current->m_listProcedure, list, m, w, l);
+    static LRESULT CALLBACK procedure(HWND control, UINT message, WPARAM wParam, LPARAM lParam) {
+        const Procedure before = [control](UINT m, WPARAM w, LPARAM l) {
+            return ::CallWindowProc(s_current->m_procedure, control, m, w, l);
         };
-        if (message == LVM_DELETEALLITEMS) {
+        if (message == s_current->m_message) {
             if (const std::optional<LRESULT> given = s_current->m_answer(before)) return *given;
         }
         return before(message, wParam, lParam);
     }
 
-    inline static BeforeEmptying* s_current = nullptr;
-    HWND m_list;
-    WNDPROC m_listProcedure = nullptr;
-    std::function<std::optional<LRESULT>(const Procedure&)> m_answer;
+    inline static BeforeControl* s_current = nullptr;
+    HWND m_control;
+    UINT m_message;
+    WNDPROC m_procedure = nullptr;
+    Answer m_answer;
 };
+
+/// A control that refuses.
+inline std::optional<LRESULT> refuse(const BeforeControl::Procedure&) {
+    return FALSE;
+}
+
+/// Deselects all rows first, as some lists do when they are emptied, and tells the dialog so.
+inline std::optional<LRESULT> deselectFirst(const BeforeControl::Procedure& control) {
+    LVITEM nothing = {};
+    nothing.stateMask = LVIS_SELECTED;
+    control(LVM_SETITEMSTATE, static_cast<WPARAM>(-1), reinterpret_cast<LPARAM>(&nothing));
+    return std::nullopt;
+}
+
+/// While it lives, the system makes no control for this thread, and so no dialog either.
+class NoNewControls {
+public:
+    NoNewControls()
+        : m_hook(::SetWindowsHookEx(WH_CBT, refuseControl, nullptr, ::GetCurrentThreadId())) {}
+    ~NoNewControls() { ::UnhookWindowsHookEx(m_hook); }
+    NoNewControls(const NoNewControls&) = delete;
+    NoNewControls& operator=(const NoNewControls&) = delete;
+
+private:
+    static LRESULT CALLBACK refuseControl(int code, WPARAM wParam, LPARAM lParam) {
+        const bool control =
+            code == HCBT_CREATEWND &&
+            (reinterpret_cast<const CBT_CREATEWND*>(lParam)->lpcs->style & WS_CHILD) != 0;
+        return control ? 1 : ::CallNextHookEx(nullptr, code, wParam, lParam);
+    }
+
+    HHOOK m_hook;
+};
+
+/// Blocks of all heaps that have the size of a dataset: one more after a dataset was lost.
+inline int datasetBlocks() {
+    HANDLE heaps[64] = {};
+    const DWORD count = std::min<DWORD>(::GetProcessHeaps(64, heaps), 64);
+    int blocks = 0;
+    for (DWORD i = 0; i < count; ++i) {
+        PROCESS_HEAP_ENTRY entry = {};
+        ::HeapLock(heaps[i]);
+        while (::HeapWalk(heaps[i], &entry)) {
+            const bool used = (entry.wFlags & PROCESS_HEAP_ENTRY_BUSY) != 0;
+            if (used &&
+                ::HeapSize(heaps[i], HEAP_NO_SERIALIZE, entry.lpData) == sizeof(CSnsCohDatazq))
+                ++blocks;
+        }
+        ::HeapUnlock(heaps[i]);
+    }
+    return blocks;
+}
 
 /// Does something once a popup menu is open, and closes it when nothing else has. The action may
 /// post keys, but must not deal with messages: the menu's own loop reads them.
