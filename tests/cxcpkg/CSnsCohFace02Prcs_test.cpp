@@ -526,6 +526,19 @@ TEST_F(CSnsCohFace02Prcs_ActCtl, EveryFailingAllocationIsAStatus) {
     }
 }
 
+TEST_F(CSnsCohFace02Prcs_ActCtl, ResultBeyondTheMachineIsRefusedBeforeAnythingIsTaken) {
+    CSnsCohFacezq package;
+    package.setCohData(test::newFilled(2, 2, 1), active);
+    package.setCohData(test::newFilled(2, 2, 1), control);
+    package.m_cohActive->m_cohTimTotal = 1LL << 45;
+    const test::FailingMemory memory(0);
+    EXPECT_EQ(package.doAct_Ctl_operation(), 0);
+    EXPECT_EQ(memory.count(), 1);  // the dataset, and nothing for its grid
+    ASSERT_NE(package.m_cohActCtl, nullptr);
+    EXPECT_EQ(package.m_cohActCtl->m_mCC, nullptr);
+    EXPECT_TRUE(app.messages().empty());
+}
+
 TEST_F(CSnsCohFace02Prcs_ActCtl, NoHostileDatasetLeavesItsGrid) {
     for (const test::HostileDataset& first : test::hostileDatasets()) {
         for (const test::HostileDataset& second : test::hostileDatasets()) {

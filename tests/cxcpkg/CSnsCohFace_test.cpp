@@ -410,11 +410,14 @@ TEST_F(CSnsCohFaceSizes, NoSuchClassToSizeIsSaid) {
 
 TEST_F(CSnsCohFaceSizes, GridBeyondTheMachineLeavesTheDatasetInItsSlot) {
     CSnsCohFacezq package;
+    const test::FailingMemory memory(0);
     EXPECT_EQ(package.checkInitSnsCoh4Class(0x7FFFFFFF, 1, control, true), nullptr);
+    EXPECT_EQ(memory.count(), 1);  // the dataset, and nothing for its grid
     EXPECT_EQ(package.m_curntCohDataSetID, 1);
     ASSERT_NE(package.m_cohControl, nullptr);
     EXPECT_EQ(package.m_cohControl->m_mCC, nullptr);
     EXPECT_EQ(package.checkInitSnsCohPkg(0x7FFFFFFF, 1, 0, 0, true), 0);
+    EXPECT_EQ(memory.count(), 2);
     ASSERT_NE(package.m_cohActive, nullptr);
     EXPECT_EQ(package.m_cohActive->m_mCC, nullptr);
     EXPECT_EQ(package.checkInitSnsCohPkg(2, test::mostIndex, 0, 0, true), 0);
