@@ -294,20 +294,34 @@ TEST_F(CDlgSnsCohManagerTest, RowWithoutItsDatasetLeavesNothingListedAndTheOldRo
     EXPECT_EQ(dialog().m_listData.GetItemCount(), 3);
 }
 
-TEST_F(CDlgSnsCohManagerTest, DeselectionWhileTheListIsEmptiedIsNoChoice) {
+TEST_F(CDlgSnsCohManagerTest, ChangesWhileAListIsFilledAreNoChoice) {
     giveAll();
     open();
     test::clickRow(dialog().m_listFace, 1);
-    int emptied = 0;
-    const test::BeforeControl control(dialog().m_listFace.m_hWnd, LVM_DELETEALLITEMS,
-                                      [&](const auto& before) {
-                                          ++emptied;
-                                          return test::deselectFirst(before);
-                                      });
-    choose(ID_WAVEFORM_ZERO_DIAGONAL);
-    EXPECT_EQ(emptied, 1);
+    int told = 0;
+    // As some lists do with the rows that were selected.
+    const auto tellOf = [&](int id, int row) {
+        NMLISTVIEW change = {};
+        change.hdr = {at(id), static_cast<UINT_PTR>(id), LVN_ITEMCHANGED};
+        change.iItem = row;
+        dialog().SendMessage(WM_NOTIFY, static_cast<WPARAM>(id), reinterpret_cast<LPARAM>(&change));
+        ++told;
+        return std::optional<LRESULT>();
+    };
+    {
+        const test::BeforeControl datasets(
+            at(IDC_WAVEFORM_DATASETS), LVM_DELETEALLITEMS,
+            [&](const auto&) { return tellOf(IDC_WAVEFORM_DATASETS, 0); });
+        choose(ID_WAVEFORM_ZERO_DIAGONAL);
+    }
+    EXPECT_EQ(told, 1);
     EXPECT_EQ(listed(), package->m_cohControl);
     EXPECT_EQ(caption(), "Wave CxC Manager-base");
+    const test::BeforeControl pairs(at(IDC_WAVEFORM_PAIRS), LVM_DELETEALLITEMS,
+                                    [&](const auto&) { return tellOf(IDC_WAVEFORM_PAIRS, 2); });
+    test::clickColumn(dialog().m_listData, 1);
+    EXPECT_EQ(told, 2);
+    EXPECT_EQ(package->m_cohControl->m_columnCrt, 0);
 }
 
 TEST_F(CDlgSnsCohManagerTest, PressedPairChoosesTheColumnOfTheListedDataset) {

@@ -204,14 +204,6 @@ inline std::optional<LRESULT> refuse(const BeforeControl::Procedure&) {
     return FALSE;
 }
 
-/// Deselects all rows first, as some lists do when they are emptied, and tells the dialog so.
-inline std::optional<LRESULT> deselectFirst(const BeforeControl::Procedure& control) {
-    LVITEM nothing = {};
-    nothing.stateMask = LVIS_SELECTED;
-    control(LVM_SETITEMSTATE, static_cast<WPARAM>(-1), reinterpret_cast<LPARAM>(&nothing));
-    return std::nullopt;
-}
-
 /// While it lives, the system makes no control for this thread, and so no dialog either.
 class NoNewControls {
 public:
