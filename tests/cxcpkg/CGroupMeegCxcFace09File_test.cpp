@@ -283,8 +283,10 @@ TEST_F(CGroupMeegCxcFace09FileTest, GridlessDatasetsDoNotMakeTheAverageHuge) {
                                .append(golden::header());
     CleanGroup group;
     ASSERT_EQ(load(group, opening().i32(0).i32(1).i32(1).append(gridless).append(others())), 1);
+    const test::FailingMemory memory(0);
     EXPECT_EQ(group.averageAll(), 0);
     EXPECT_EQ(group.summaryAll(), 0);
+    EXPECT_LT(memory.count(), 20);  // nothing for rows and pairs
     EXPECT_EQ(group.size(), 1);
 }
 
