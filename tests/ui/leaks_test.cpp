@@ -227,6 +227,17 @@ TEST_F(ManagerLeaks, HundredGroupManagersLeaveNothing) {
     EXPECT_TRUE(app.messages().empty());
 }
 
+TEST_F(ManagerLeaks, PaintingTheColorOfTheActiveDatasetLeavesNothing) {
+    test::CleanGroup group;
+    group.append(test::newFilled(3, 3, 4));
+    group.m_curntCohDataSetID = 0;
+    group.showDlgGroupCxcManager(&app.m_main);
+    const Growth painted =
+        growthBy([&] { group.m_dlgGroupCxcManager->SendMessage(WM_COMMAND, ID_GROUP_SHOW); });
+    EXPECT_EQ(painted.after.handles(), painted.before.handles())
+        << painted.before << "; " << painted.after;
+}
+
 }  // namespace
 
 #endif
