@@ -31,15 +31,24 @@ bool goesOn(__int64 done, __int64 rows) {
 template <std::size_t Arrays>
 using Several = std::array<const double*, Arrays>;
 
+// sum and two values of each array, in order; of two NaNs the older one stays.
+template <std::size_t Arrays>
+TwoDoubles added(TwoDoubles sum, const Several<Arrays>& arrays, __int64 t) {
+    TwoDoubles fast = sum;
+    for (const double* const values : arrays)
+        fast = fast + TwoDoubles::load(values + t);
+    // NaNs are rare, and none goes away again: where there is one, the care is worth its time.
+    if (!anyNaN(fast)) return fast;
+    for (const double* const values : arrays)
+        sum = plus(sum, TwoDoubles::load(values + t));
+    return sum;
+}
+
 template <std::size_t Arrays>
 void add(double* sums, const Several<Arrays>& arrays, __int64 n) {
     __int64 t = 0;
-    for (; t + 2 <= n; t += 2) {
-        TwoDoubles sum = TwoDoubles::load(sums + t);
-        for (const double* const values : arrays)
-            sum = plus(sum, TwoDoubles::load(values + t));
-        sum.store(sums + t);
-    }
+    for (; t + 2 <= n; t += 2)
+        added(TwoDoubles::load(sums + t), arrays, t).store(sums + t);
     for (const double* const values : arrays) {
         if (t < n) sums[t] = pass::plus(sums[t], values[t]);
     }
@@ -59,16 +68,14 @@ void summarise(double* least, double* sums, double* most, const Several<Arrays>&
     __int64 t = 0;
     for (; t + 2 <= n; t += 2) {
         TwoDoubles low = TwoDoubles::load(least + t);
-        TwoDoubles sum = TwoDoubles::load(sums + t);
         TwoDoubles high = TwoDoubles::load(most + t);
         for (const double* const values : arrays) {
             const TwoDoubles both = TwoDoubles::load(values + t);
             low = lowered(low, both);
-            sum = plus(sum, both);
             high = raised(high, both);
         }
         low.store(least + t);
-        sum.store(sums + t);
+        added(TwoDoubles::load(sums + t), arrays, t).store(sums + t);
         high.store(most + t);
     }
     for (const double* const values : arrays) {

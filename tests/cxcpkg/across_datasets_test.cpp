@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <cstring>
 #include <limits>
 #include <random>
@@ -23,6 +24,9 @@ public:
         add(3, 3, 1);
         member(1).m_mCC[0][2].cleanData();
         test::setPair(member(0), 1, 1, {0.5, -2.0});
+        // Of these the one of the earlier dataset stays.
+        test::cell(member(1), 0, 1, 0) = -std::numeric_limits<double>::quiet_NaN();
+        test::cell(member(2), 0, 1, 0) = std::numeric_limits<double>::quiet_NaN();
         test::cell(member(2), 1, 1, 1) = std::numeric_limits<double>::quiet_NaN();
     }
     ~Group() { m_group.cleanSnsCohPkg(); }
@@ -75,6 +79,8 @@ TEST(AcrossDatasets, OneAfterAnotherGivesTheAverageToTheLastBit) {
     cxc::sumsToMeans(sums, members);
     ASSERT_EQ((*group).averageAll(), members + 1);
     expectSameValues(sums, group.member(members));
+    EXPECT_TRUE(std::isnan(test::cell(sums, 0, 1, 0)));
+    EXPECT_TRUE(std::signbit(test::cell(sums, 0, 1, 0)));
 }
 
 TEST(AcrossDatasets, OneAfterAnotherGivesTheSummaryToTheLastBit) {
