@@ -21,7 +21,8 @@ struct Options {
     bool force = false;
 };
 
-// The shape of the results: the largest of each size, as the files claim.
+// The shape of the results: the largest of each size, as the files claim. The kind is that of a
+// file that is no dataset, if there is one.
 Sizes largest(const Options& options) {
     Sizes most = {0, 0, 0};
     for (const std::string& path : options.files) {
@@ -33,6 +34,7 @@ Sizes largest(const Options& options) {
         most.slices = std::max(most.slices, sizes.slices);
         most.rows = std::max(most.rows, sizes.rows);
         most.columns = std::max(most.columns, sizes.columns);
+        if (sizes.kind != Kind::dataset) most.kind = sizes.kind;
     }
     return most;
 }
@@ -40,8 +42,7 @@ Sizes largest(const Options& options) {
 // One result over all files, or three.
 class Results {
 public:
-    Results(const Options& options, bool extremes) : m_extremes(extremes) {
-        const Sizes sizes = largest(options);
+    Results(const Sizes& sizes, bool extremes) : m_extremes(extremes) {
         each([&](CSnsCohDatazq& result) { size(result, sizes); });
     }
 
@@ -155,32 +156,33 @@ private:
 };
 
 // A package or group is in memory whole while it is read, so only one of them at a time.
-unsigned threadsFor(const Options& options) {
+unsigned threadsFor(Kind kind) {
     constexpr unsigned most = 4;  // more would only wait for the disk
-    for (const std::string& path : options.files) {
-        if (headingOf(path).kind != Kind::dataset) return 1;
-    }
-    return std::min(std::thread::hardware_concurrency(), most);
+    return kind == Kind::dataset ? std::min(std::thread::hardware_concurrency(), most) : 1;
 }
 
 class Across {
 public:
-    Across(const Options& options, Results& results, const Console& console)
-        : m_options(options), m_results(results), m_console(console) {}
+    Across(const Options& options, bool extremes, const Console& console)
+        : m_options(options),
+          m_console(console),
+          m_sizes(largest(options)),
+          m_results(m_sizes, extremes) {}
 
-    void takeAll() {
+    Results& takeAll() {
         const std::vector<std::string>& files = m_options.files;
         m_traits.resize(files.size());
         Relay relay(files.size(), [this](Turn& turn) { takeFile(turn); });
         std::size_t taken = 0;
         {
             Progress progress(m_console, files.size());
-            taken = relay.run(threadsFor(m_options),
+            taken = relay.run(threadsFor(m_sizes.kind),
                               [&](std::size_t file) { progress.next(files[file]); });
         }
         compare(taken);
         relay.rethrow();
         finish();
+        return m_results;
     }
 
 private:
@@ -221,16 +223,17 @@ private:
     }
 
     const Options& m_options;
-    Results& m_results;
     const Console& m_console;
+    const Sizes m_sizes;
+    Results m_results;
     std::vector<std::unique_ptr<Traits>> m_traits;  // of each file that was taken
     std::string m_note;
 };
 
 void average(const Options& options, const Console& console) {
     requireFree(options.out, options.force);
-    Results results(options, false);
-    Across(options, results, console).takeAll();
+    Across across(options, false, console);
+    Results& results = across.takeAll();
     saveRecord(results.mean(), options.out, options.force);
     console.out << printable(options.out) << ": " << sizeOf(results.mean()) << '\n';
 }
@@ -247,8 +250,8 @@ void summary(const Options& options, const Console& console) {
                                  outputOf(options.out, "max")};
     for (const std::string& path : paths)
         requireFree(path, options.force);
-    Results results(options, true);
-    Across(options, results, console).takeAll();
+    Across across(options, true, console);
+    Results& results = across.takeAll();
     saveAll({{&results.minimum(), paths[0]},
              {&results.mean(), paths[1]},
              {&results.maximum(), paths[2]}},

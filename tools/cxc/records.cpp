@@ -69,13 +69,17 @@ struct Head {
     UINT count = 0;
 };
 
+Head headOf(CFile& file) {
+    Head head;
+    head.count = file.Read(head.bytes, headBytes);
+    return head;
+}
+
 Head readHead(const std::string& path) {
     return about(path, [&] {
         if (fs::is_directory(systemPath(path))) throw Error(path + ": is a folder");
-        Head head;
         CFile file(utf16(path), CFile::modeRead | CFile::shareDenyNone);
-        head.count = file.Read(head.bytes, headBytes);
-        return head;
+        return headOf(file);
     });
 }
 
@@ -113,16 +117,22 @@ Heading headingIn(const Head& head, const std::string& path, std::size_t& end) {
 // Of the archive: large enough that the system is asked rarely, small enough for the cache.
 constexpr int bufferBytes = 1 << 16;
 
-// Reads one record and returns the bytes behind it.
+// Reads the record in an open file.
+template <class Object>
+void load(Object& object, CFile& file, const std::string& path) {
+    CArchive archive(&file, CArchive::load, bufferBytes);
+    if (cxc::passRecord(archive, object) == 0)
+        throw Error(path + ": " +
+                    lastMessage("there is not enough memory, or the sizes in the "
+                                "file cannot be true"));
+}
+
+// Reads the record of a file and returns the bytes behind it.
 template <class Object>
 unsigned long long load(Object& object, const std::string& path) {
     return about(path, [&] {
         CFile file(utf16(path), CFile::modeRead | CFile::shareDenyWrite);
-        CArchive archive(&file, CArchive::load, bufferBytes);
-        if (cxc::passRecord(archive, object) == 0)
-            throw Error(path + ": " +
-                        lastMessage("there is not enough memory, or the sizes in the "
-                                    "file cannot be true"));
+        load(object, file, path);
         return static_cast<unsigned long long>(file.GetLength()) -
                static_cast<unsigned long long>(file.GetPosition());
     });
@@ -163,10 +173,11 @@ Sizes claimedSizes(const std::string& path, const std::string& member) {
     // Others than the newer layouts of a dataset begin otherwise; they are read for their sizes.
     if (heading.kind != Kind::dataset || heading.version < 20130402 || end + 60 > head.count) {
         const auto dataset = openDataset(path, member);
-        return {dataset->m_cohTimTotal, dataset->m_snsRowTotal, dataset->m_snsColTotal};
+        return {dataset->m_cohTimTotal, dataset->m_snsRowTotal, dataset->m_snsColTotal,
+                heading.kind};
     }
     return {numberAt<__int64>(head, end + 4), numberAt<__int64>(head, end + 44),
-            numberAt<__int64>(head, end + 52)};
+            numberAt<__int64>(head, end + 52), heading.kind};
 }
 
 unsigned long long bytesIn(const std::string& path) {
@@ -252,13 +263,18 @@ struct Pairs {
 
 std::unique_ptr<CSnsCohDatazq> readPairs(const std::string& path, const std::string& member,
                                          const cxc::PairTaker& take) {
-    if (headingOf(path).kind == Kind::dataset) {
-        auto dataset = std::make_unique<CSnsCohDatazq>();
+    auto dataset = std::make_unique<CSnsCohDatazq>();
+    const bool read = about(path, [&] {
+        CFile file(utf16(path), CFile::modeRead | CFile::shareDenyWrite);
+        std::size_t end = 0;
+        if (headingIn(headOf(file), path, end).kind != Kind::dataset) return false;
+        file.Seek(0, CFile::begin);
         Pairs pairs{*dataset, take};
-        load(pairs, path);
-        return dataset;
-    }
-    auto dataset = openDataset(path, member);
+        load(pairs, file, path);
+        return true;
+    });
+    if (read) return dataset;
+    dataset = openDataset(path, member);
     const Shape shape = shapeOf(*dataset);
     for (__int64 r = 0; r < shape.rows; ++r) {
         for (__int64 c = 0; c < shape.columns; ++c)

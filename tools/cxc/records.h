@@ -31,6 +31,7 @@ struct Sizes {
     __int64 slices;
     __int64 rows;
     __int64 columns;
+    Kind kind = Kind::dataset;  // of the file
 };
 
 struct GroupReleaser {
