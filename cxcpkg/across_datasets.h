@@ -45,12 +45,15 @@ CXC_API void watchRows(RowWatcher watcher);
 /// summaryAll of a group to the last bit.
 class CXC_API Accumulation {
 public:
+    /// For sums alone, which have to outlive it.
     explicit Accumulation(CSnsCohDatazq& sums);
 
+    /// For sums and extremes of one shape, which have to outlive it.
     /// `first` is set for the first dataset of all, whose values start the extremes. Values that it
     /// does not have start from 0.0.
     Accumulation(CSnsCohDatazq& minimum, CSnsCohDatazq& sums, CSnsCohDatazq& maximum, bool first);
 
+    /// A dataset that is in memory. A pair without an array of values ends its row.
     void take(const CSnsCohDatazq& dataset);
 
     /// For a dataset that is never whole in memory: the pair of row r and column c, the pairs of a
