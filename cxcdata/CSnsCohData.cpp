@@ -155,7 +155,7 @@ double CSnsCohData::getValueSelect(__int64 tFrom, __int64 tTo, __int64 row, __in
     if (from > to) return 0.0;
     double sum = 0.0;
     for (__int64 t = from; t <= to; ++t)
-        sum += values.data[t];
+        sum = cxc::pass::plus(sum, values.data[t]);
     return sum / static_cast<double>(to - from + 1);
 }
 

@@ -1,5 +1,6 @@
 #include "cxcdata/CSnsCohDatazq.h"
 
+#include "cxcdata/accumulators.h"
 #include "cxcdata/allocation.h"
 #include "cxcdata/grid.h"
 #include "cxcdata/wide_passes.h"
@@ -16,7 +17,7 @@ bool collapse(const CWavChnlChnlDatazq* source, __int64 nTim, CWavChnlChnlDatazq
         const __int64 end = std::min(values.size, nTim);
         double sum = 0.0;
         for (__int64 t = 0; t < end; ++t)
-            sum += values.data[t];
+            sum = cxc::pass::plus(sum, values.data[t]);
         target.m_data[0] = sum / static_cast<double>(nTim);
         target.m_chnlA = source->m_chnlA;
         target.m_chnlB = source->m_chnlB;

@@ -1,5 +1,6 @@
 #include "cxcdata/CWavChnlChnlData.h"
 
+#include "cxcdata/accumulators.h"
 #include "cxcdata/allocation.h"
 
 #include <algorithm>
@@ -210,9 +211,9 @@ int CWavChnlChnlData::getStatistic(double& min, double& mean, double& max, doubl
             const double value = m_data[i];
             low = low > value ? value : low;
             high = value > high ? value : high;
-            sum += value;
-            absSum += std::fabs(value);
-            squareSum += value * value;
+            sum = cxc::pass::plus(sum, value);
+            absSum = cxc::pass::plus(absSum, std::fabs(value));
+            squareSum = cxc::pass::plus(squareSum, value * value);
         }
     }
     const double count = hasValues() ? static_cast<double>(m_size) : 1.0;
@@ -235,7 +236,7 @@ double CWavChnlChnlData::getSelectDataMean(__int64 from, __int64 to, int mode) {
         if (first > final) return 0.0;
         double sum = 0.0;
         for (__int64 i = first; i <= final; ++i)
-            sum += m_data[i];
+            sum = cxc::pass::plus(sum, m_data[i]);
         return sum / static_cast<double>(final - first + 1);
     }
     if (mode != 1) return 0.0;

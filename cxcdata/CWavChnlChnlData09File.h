@@ -3,14 +3,22 @@
 
 #include "cxcdata/CWavChnlChnlData.h"
 
+#include <memory>
+
 class CWavChnlChnlData09File;
 
 /// @cond internal
 namespace cxc {
 
+/// The array of a vector that is done with, for the next one of its size.
+struct SpareArray {
+    std::unique_ptr<double[]> values;
+    __int64 size = 0;  // elements that are really there
+};
+
 /// The whole record without the flush that ends a stored one: a grid of vectors is flushed once,
-/// by the dataset that holds it. Internal.
-int passVectorRecord(CArchive& ar, CWavChnlChnlData09File& vector);
+/// by the dataset that holds it. A loaded vector takes `spare` where it fits. Internal.
+int passVectorRecord(CArchive& ar, CWavChnlChnlData09File& vector, SpareArray* spare = nullptr);
 
 }  // namespace cxc
 /// @endcond
@@ -28,12 +36,13 @@ public:
     int serialize(CArchive& ar);
 
 private:
-    friend int cxc::passVectorRecord(CArchive& ar, CWavChnlChnlData09File& vector);
+    friend int cxc::passVectorRecord(CArchive& ar, CWavChnlChnlData09File& vector,
+                                     cxc::SpareArray* spare);
 
     /// Everything behind the version word. The word of this layout is 20120222, deliberately
     /// another date than that of the name.
-    int serialize20120228(CArchive& ar);
+    int serialize20120228(CArchive& ar, cxc::SpareArray* spare = nullptr);
     void storeBlocks(CArchive& ar);
-    int loadValues(CArchive& ar);
+    int loadValues(CArchive& ar, cxc::SpareArray* spare);
     int loadBackup(CArchive& ar);
 };

@@ -4,6 +4,8 @@
 #include "cxcfile/each_pair.h"
 #include "cxcfile/record_io.h"
 
+#include <memory>
+
 namespace {
 
 using cxc::grid::Owner;
@@ -127,8 +129,10 @@ public:
         for (__int64 c = 0; c < cols; ++c) {
             // A record without a backup leaves an older one alone.
             m_pair.cleanbkData();
-            if (cxc::passVectorRecord(ar, m_pair) == 0) return false;
+            if (cxc::passVectorRecord(ar, m_pair, &m_spare) == 0) return false;
             m_take(m_dataset, r, c, m_pair);
+            m_spare = {std::unique_ptr<double[]>(m_pair.m_data), m_pair.m_size};
+            m_pair.m_data = nullptr;
         }
         return true;
     }
@@ -143,6 +147,7 @@ private:
     const cxc::PairTaker& m_take;
     PairReader* const m_outer;
     CWavChnlChnlDatazq m_pair;
+    cxc::SpareArray m_spare;
 };
 
 bool loadRow(CArchive& ar, CWavChnlChnlDatazq** table, __int64 r, __int64 cols) {
@@ -261,6 +266,6 @@ int CSnsCohData09File::serialize(CArchive& ar) {
 int cxc::loadEachPair(CArchive& ar, CSnsCohDatazq& dataset, const PairTaker& take) {
     if (ar.IsStoring()) return 0;
     if (dataset.m_mCC != nullptr) dataset.cleanSnsCohData();
-    const PairReader reader(dataset, take);
+    PairReader reader(dataset, take);
     return dataset.serialize(ar);
 }

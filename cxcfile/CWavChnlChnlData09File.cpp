@@ -41,7 +41,7 @@ int CWavChnlChnlData09File::serialize(CArchive& ar) {
     return 1;
 }
 
-int cxc::passVectorRecord(CArchive& ar, CWavChnlChnlData09File& vector) {
+int cxc::passVectorRecord(CArchive& ar, CWavChnlChnlData09File& vector, SpareArray* spare) {
     if (ar.IsStoring()) {
         storeMagic(ar, vectorMagic);
         ar << vectorVersion;
@@ -51,17 +51,17 @@ int cxc::passVectorRecord(CArchive& ar, CWavChnlChnlData09File& vector) {
     DWORD version = 0;
     ar >> version;
     if (version != vectorVersion) return refuse(_T("MMatrix1D format error!"));
-    return vector.serialize20120228(ar);
+    return vector.serialize20120228(ar, spare);
 }
 
-int CWavChnlChnlData09File::serialize20120228(CArchive& ar) {
+int CWavChnlChnlData09File::serialize20120228(CArchive& ar, cxc::SpareArray* spare) {
     if (ar.IsLoading()) cleanData();
     cxc::passItem(ar, m_curIdx);
     cxc::passItem(ar, m_chnlA);
     cxc::passItem(ar, m_chnlB);
     cxc::passItem(ar, m_pairFlag);
     cxc::passItem(ar, m_size);
-    if (ar.IsLoading()) return loadValues(ar) != 0 ? loadBackup(ar) : 0;
+    if (ar.IsLoading()) return loadValues(ar, spare) != 0 ? loadBackup(ar) : 0;
     storeBlocks(ar);
     return 1;
 }
@@ -76,16 +76,17 @@ void CWavChnlChnlData09File::storeBlocks(CArchive& ar) {
     if (m_bkData != nullptr) cxc::storeBlock(ar, m_bkData, m_bkSize);
 }
 
-int CWavChnlChnlData09File::loadValues(CArchive& ar) {
+int CWavChnlChnlData09File::loadValues(CArchive& ar, cxc::SpareArray* spare) {
     int marker = 0;
     ar >> marker;
     if (marker == 0 || m_size < 1) return 1;
-    m_data = newClaimedArray(ar, m_size);
+    const bool reused = spare != nullptr && spare->values != nullptr && spare->size == m_size;
+    m_data = reused ? spare->values.release() : newClaimedArray(ar, m_size);
     if (m_data == nullptr) {
         m_size = 0;
         return refuse(_T("Not enough memory!"));
     }
-    prefetchLaterVectors(m_data, m_size);
+    if (!reused) prefetchLaterVectors(m_data, m_size);
     const __int64 read = cxc::loadBlock(ar, m_data, m_size);
     return read == m_size * static_cast<__int64>(sizeof(double))
                ? 1

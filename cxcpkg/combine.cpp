@@ -23,7 +23,8 @@ void combineValues(int operation, const double* active, double control, double* 
             each(active, result, n, [controls](TwoDoubles values) { return values - controls; });
             break;
         case 1:
-            each(active, result, n, [controls](TwoDoubles values) { return values + controls; });
+            each(active, result, n,
+                 [controls](TwoDoubles values) { return plus(values, controls); });
             break;
         case 2:
             each(active, result, n, [controls](TwoDoubles values) { return values * controls; });

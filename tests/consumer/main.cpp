@@ -1,5 +1,8 @@
 #include <cxc.h>
 
+#include <cxcfile/each_pair.h>
+#include <cxcpkg/across_datasets.h>
+
 #include <cstdio>
 
 // Makes a package from two datasets, combines them and passes the result through a file.

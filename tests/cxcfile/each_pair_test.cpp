@@ -131,8 +131,27 @@ TEST_F(EachPair, NoMoreThanOnePairIsInMemory) {
     CSnsCohDatazq dataset;
     const test::MemoryWatch memory;
     file.load([&](CArchive& ar) { return cxc::loadEachPair(ar, dataset, ignore); });
+    // One array for all.
     EXPECT_EQ(memory.largest(), 100 * sizeof(double));
-    EXPECT_EQ(memory.count(), 64);
+    EXPECT_EQ(memory.count(), 1);
+}
+
+TEST_F(EachPair, PairsOfUnlikeLengthsHaveTheirOwnValues) {
+    const std::vector<std::vector<double>> pairs = {{1.0, 2.0, 3.0}, {4.0},     {5.0}, {},
+                                                    {6.0, 7.0},      {8.0, 9.0}};
+    golden::Bytes bytes = golden::opening(20120714);
+    bytes.append(golden::header13to25()).append(golden::sizes()).i32(1);
+    for (const std::vector<double>& values : pairs)
+        bytes.append(golden::vectorRecord(values));
+    CSnsCohDatazq dataset;
+    std::vector<std::vector<double>> read;
+    EXPECT_EQ(
+        EachPair::read(dataset, bytes,
+                       [&](const CSnsCohDatazq&, __int64, __int64, const CWavChnlChnlDatazq& pair) {
+                           read.emplace_back(pair.m_data, pair.m_data + pair.m_size);
+                       }),
+        1);
+    EXPECT_EQ(read, pairs);
 }
 
 }  // namespace

@@ -9,6 +9,7 @@
 #include <cstring>
 #include <limits>
 #include <random>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -98,6 +99,74 @@ TEST(AcrossDatasets, OneAfterAnotherGivesTheSummaryToTheLastBit) {
     expectSameValues(minimum, group.member(members));
     expectSameValues(mean, group.member(members + 1));
     expectSameValues(maximum, group.member(members + 2));
+}
+
+// Seven datasets with a NaN of one sign in one of them and of the other sign in a later one, the
+// other way round in another pair, in the first and in the last of an odd number of slices.
+class TwoNaNs {
+public:
+    static constexpr int members = 7;
+
+    TwoNaNs(int early, int late) {
+        m_sums.checkInitSnsCohData(2, 2, 3, true);
+        for (int i = 0; i < members; ++i) {
+            auto* const dataset = new CSnsCohDatazq;
+            test::fill(*dataset, 2, 2, 3);
+            if (i == early) put(*dataset, std::numeric_limits<double>::quiet_NaN());
+            if (i == late) put(*dataset, -std::numeric_limits<double>::quiet_NaN());
+            m_group.setCohData(dataset, i);
+            cxc::Accumulation(m_sums).take(*dataset);
+        }
+    }
+    ~TwoNaNs() { m_group.cleanSnsCohPkg(); }
+    TwoNaNs(const TwoNaNs&) = delete;
+    TwoNaNs& operator=(const TwoNaNs&) = delete;
+
+    CSnsCohDatazq& sums() { return m_sums; }
+    CSnsCohDatazq& average() { return *m_group.getCoherenceData(m_group.averageAll() - 1); }
+    CSnsCohDatazq& mean() { return *m_group.getCoherenceData(m_group.summaryAll() - 2); }
+
+    static void expectTheOlder(CSnsCohDatazq& result) {
+        for (const int t : {0, 2}) {
+            EXPECT_TRUE(std::isnan(test::cell(result, t, 0, 1)));
+            EXPECT_FALSE(std::signbit(test::cell(result, t, 0, 1))) << t;
+            EXPECT_TRUE(std::isnan(test::cell(result, t, 1, 0)));
+            EXPECT_TRUE(std::signbit(test::cell(result, t, 1, 0))) << t;
+        }
+        EXPECT_FALSE(std::isnan(test::cell(result, 1, 0, 1)));
+    }
+
+private:
+    static void put(CSnsCohDatazq& dataset, double nan) {
+        for (const int t : {0, 2}) {
+            test::cell(dataset, t, 0, 1) = nan;
+            test::cell(dataset, t, 1, 0) = -nan;
+        }
+    }
+
+    CGroupMeegCxcFacezq m_group;
+    CSnsCohDatazq m_sums;
+};
+
+TEST(AcrossDatasets, TheOlderOfTwoNaNsStaysWhereverTheyStandInTheList) {
+    for (int early = 0; early < TwoNaNs::members; ++early) {
+        for (int late = early + 1; late < TwoNaNs::members; ++late) {
+            SCOPED_TRACE(std::to_string(early) + " and " + std::to_string(late));
+            TwoNaNs datasets(early, late);
+            TwoNaNs::expectTheOlder(datasets.sums());
+            TwoNaNs::expectTheOlder(datasets.mean());
+        }
+    }
+}
+
+TEST(AcrossDatasets, TheOlderOfTwoNaNsStaysInTheAverage) {
+    for (int early = 0; early < TwoNaNs::members; ++early) {
+        for (int late = early + 1; late < TwoNaNs::members; ++late) {
+            SCOPED_TRACE(std::to_string(early) + " and " + std::to_string(late));
+            TwoNaNs datasets(early, late);
+            TwoNaNs::expectTheOlder(datasets.average());
+        }
+    }
 }
 
 TEST(AcrossDatasets, ADatasetLargerThanTheResultIsCutOff) {

@@ -317,7 +317,7 @@ TEST_F(Tool, ResultsOverManyUnevenFilesAreThoseOfAGroupToTheLastBit) {
     expectSame("s_max.cxc", *summary.group()->getCoherenceData(27));
 }
 
-TEST_F(Tool, AMeanTakesPackagesGroupsOldFilesAndFilesWithoutValuesOfPairs) {
+TEST_F(Tool, AMeanTakesGroupsOldFilesAndFilesWithoutPairs) {
     makeDataset("a.cxc", 2, 2);
     makeDataset("b.cxc", 2, 2, 2.0);
     ASSERT_EQ(run({"pack", "@b.cxc", "@a.cxc", "-o", "@g.cxcgrp"}).code, tool::done);
@@ -358,6 +358,7 @@ TEST_F(Tool, TheFirstBadFileIsTheOneNamed) {
     EXPECT_EQ(entries().size(), 3u);
 }
 
+// By chance; that the threads share nothing of it is what the thread sanitizer watches.
 TEST_F(Tool, WhatTheLibrarySaysOfAFileStaysWithIt) {
     makeDataset("a.cxc", 6, 2);
     std::string bytes = bytesOf("a.cxc");
@@ -520,15 +521,18 @@ private:
 
 TEST_F(Tool, AnInterruptIsHeardWhileFilesAreRead) {
     makeDataset("a.cxc", 6, 2);
+    // Who reads on comes to its end, which is missing.
+    const std::string bytes = bytesOf("a.cxc");
+    putBytes("b.cxc", bytes.substr(0, bytes.size() - 9));
     InterruptingBuffer terminal("] 2/2 ");
     std::ostream err(&terminal);
     std::ostringstream out;
     EXPECT_EQ(
-        tool::run({"average", path("a.cxc"), path("a.cxc"), "-o", path("m.cxc")}, out, err, true),
+        tool::run({"average", path("a.cxc"), path("b.cxc"), "-o", path("m.cxc")}, out, err, true),
         tool::interrupted);
     tool::setInterrupted(false);
     EXPECT_TRUE(has(terminal.str(), "cxc: interrupted\n"));
-    EXPECT_EQ(entries().size(), 1u);
+    EXPECT_EQ(entries().size(), 2u);
 }
 
 TEST_F(Tool, FileNamesMayHoldAnyLetters) {

@@ -1,5 +1,6 @@
-// What must hold when any bytes are read pair by pair: the outcome and the messages are those of
-// reading the whole dataset, and where it is accepted the pairs are those of its grid, in order.
+// What must hold when any bytes are read pair by pair: the outcome, the messages and what else is
+// left are those of reading the whole dataset, and where it is accepted the pairs are those of its
+// grid, in order.
 #pragma once
 
 #include "cxcfile/each_pair.h"
