@@ -14,7 +14,7 @@ namespace cxc {
 /// ones, whose arrays follow each other as a rule.
 template <class Operation>
 void elementWise(double* result, const double* values, __int64 n, Operation operation) {
-    constexpr __int64 ahead = 8 * doublesPerCacheLine;
+    constexpr __int64 ahead = 8LL * doublesPerCacheLine;
     const auto pair = [&](__int64 t) {
         operation(TwoDoubles::load(result + t), TwoDoubles::load(values + t)).store(result + t);
     };

@@ -122,7 +122,7 @@ void takeMeansOf(Kind kind, const double* sizes, double* fields) {
 template <class Number>
 void addArrayOf(double* sums, const double* values, long long n) {
     constexpr int line = doublesPerCacheLine;
-    constexpr long long ahead = 8 * line;
+    constexpr long long ahead = 8LL * line;
     const auto add = [&](long long t) {
         plus(Number::load(sums + t), Number::load(values + t)).store(sums + t);
     };
