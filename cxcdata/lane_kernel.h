@@ -1,10 +1,8 @@
-// Adds the values of vectors to accumulators, every vector in a lane of its own, or one array to
-// another, for any Number: the same result to the last bit, however many doubles the machine works
-// on together.
+// Adds the values of vectors to accumulators, every vector in a lane of its own, for any Number:
+// the same result to the last bit, however many doubles the machine works on together.
 #pragma once
 
 #include "cxcdata/accumulators.h"
-#include "cxcdata/prefetch.h"
 #include "cxcdata/wide_passes.h"
 
 #include <array>
@@ -115,30 +113,6 @@ template <class Number>
 void takeMeansOf(Kind kind, const double* sizes, double* fields) {
     if (kind == Kind::rangeSum) takeMeansOf<RangeSum<Number>, Number>(sizes, fields);
     if (kind == Kind::statistic) takeMeansOf<Statistic<Number>, Number>(sizes, fields);
-}
-
-/// addArray of wide_passes.h. A cache line at a time, and asks for what comes 8 lines on, as
-/// elementWise does.
-template <class Number>
-void addArrayOf(double* sums, const double* values, long long n) {
-    constexpr int line = doublesPerCacheLine;
-    constexpr long long ahead = 8LL * line;
-    const auto add = [&](long long t) {
-        plus(Number::load(sums + t), Number::load(values + t)).store(sums + t);
-    };
-    long long t = 0;
-    for (; t + line <= n; t += line) {
-        prefetch<Number>(sums + t, ahead);
-        prefetch<Number>(values + t, ahead);
-        for (int k = 0; k < line; k += Number::lanes)
-            add(t + k);
-    }
-    for (; t + Number::lanes <= n; t += Number::lanes)
-        add(t);
-    if (t >= n) return;
-    const int rest = static_cast<int>(n - t);
-    plus(Number::loadFirst(sums + t, rest), Number::loadFirst(values + t, rest))
-        .storeFirst(sums + t, rest);
 }
 
 }  // namespace cxc::pass

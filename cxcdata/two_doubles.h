@@ -26,6 +26,10 @@ struct TwoDoubles {
     static TwoDoubles load(const double* source) { return TwoDoubles(_mm_loadu_pd(source)); }
     void store(double* target) const { _mm_storeu_pd(target, both); }
 
+    /// The first of them alone, which stands in both places; nothing behind it is touched.
+    static TwoDoubles loadFirst(const double* source, int) { return {source[0], source[0]}; }
+    void storeFirst(double* target, int) const { _mm_store_sd(target, both); }
+
     /// Element t of each of two vectors.
     static TwoDoubles slice(const double* const* vectors, long long t) {
         return {vectors[0][t], vectors[1][t]};
@@ -91,6 +95,10 @@ struct TwoDoubles {
         target[0] = one;
         target[1] = two;
     }
+
+    /// The first of them alone, which stands in both places; nothing behind it is touched.
+    static TwoDoubles loadFirst(const double* source, int) { return {source[0], source[0]}; }
+    void storeFirst(double* target, int) const { target[0] = one; }
 
     /// Element t of each of two vectors.
     static TwoDoubles slice(const double* const* vectors, long long t) {

@@ -133,7 +133,7 @@ void addArray(Width width, double* sums, const double* values, long long n) {
 #endif
     static_cast<void>(width);
     static_cast<void>(many);
-    elementWise(sums, values, n, [](TwoDoubles a, TwoDoubles b) { return plus(a, b); });
+    elementWise(sums, values, n, [](TwoDoubles sum, TwoDoubles value) { return plus(sum, value); });
 }
 
 }  // namespace cxc::pass

@@ -7,6 +7,7 @@
 #endif
 
 #include "cxcdata/eight_doubles.h"
+#include "cxcdata/element_wise.h"
 #include "cxcdata/lane_kernel.h"
 
 namespace cxc::pass::detail {
@@ -21,7 +22,8 @@ void meansWithEight(Kind kind, const double* sizes, double* fields) {
 }
 
 void addArrayWithEight(double* sums, const double* values, long long n) {
-    addArrayOf<EightDoubles>(sums, values, n);
+    elementWise<EightDoubles>(
+        sums, values, n, [](EightDoubles sum, EightDoubles value) { return plus(sum, value); });
 }
 
 }  // namespace cxc::pass::detail

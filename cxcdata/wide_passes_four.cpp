@@ -6,6 +6,7 @@
 #pragma fp_contract(off)  // the other compilers have an option for it
 #endif
 
+#include "cxcdata/element_wise.h"
 #include "cxcdata/four_doubles.h"
 #include "cxcdata/lane_kernel.h"
 
@@ -21,7 +22,8 @@ void meansWithFour(Kind kind, const double* sizes, double* fields) {
 }
 
 void addArrayWithFour(double* sums, const double* values, long long n) {
-    addArrayOf<FourDoubles>(sums, values, n);
+    elementWise<FourDoubles>(sums, values, n,
+                             [](FourDoubles sum, FourDoubles value) { return plus(sum, value); });
 }
 
 }  // namespace cxc::pass::detail

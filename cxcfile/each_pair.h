@@ -21,4 +21,13 @@ using PairTaker = std::function<void(const CSnsCohDatazq& dataset, __int64 row, 
 /// framework's archive and file exceptions, and what `take` throws.
 CXC_API int loadEachPair(CArchive& ar, CSnsCohDatazq& dataset, const PairTaker& take);
 
+/// The same as a record for passRecord.
+struct EachPair {
+    CSnsCohDatazq& dataset;
+    const PairTaker& take;
+
+    /// loadEachPair of them.
+    int serialize(CArchive& ar) { return loadEachPair(ar, dataset, take); }
+};
+
 }  // namespace cxc

@@ -60,11 +60,16 @@ void divide(double* values, __int64 n, double divisor) {
                 [divisors](TwoDoubles, TwoDoubles both) { return both / divisors; });
 }
 
-// Minimum, sum and maximum in one pass. The older extreme stays for equal values and for a NaN on
-// either side.
+// Minimum, sum and maximum in one pass. Where these are the first values of all, the extremes start
+// as those of the first array. The older extreme stays for equal values and for a NaN on either
+// side.
 template <std::size_t Arrays>
-void summarise(double* least, double* sums, double* most, const Several<Arrays>& arrays,
-               __int64 n) {
+void summarise(double* least, double* sums, double* most, const Several<Arrays>& arrays, __int64 n,
+               bool first) {
+    if (first && n > 0) {
+        std::copy_n(arrays[0], n, least);
+        std::copy_n(arrays[0], n, most);
+    }
     __int64 t = 0;
     for (; t + 2 <= n; t += 2) {
         TwoDoubles low = TwoDoubles::load(least + t);
@@ -306,13 +311,7 @@ bool summaryOf(const Together& from, CSnsCohDatazq& minimum, CSnsCohDatazq& mean
     Results<3, 1> results(from);
     const bool made =
         results.make([](const auto& row, __int64 c, const auto& arrays, __int64 n, bool first) {
-            double* const least = row[0][c].m_data;
-            double* const most = row[2][c].m_data;
-            if (first && n > 0) {
-                std::copy_n(arrays[0], n, least);
-                std::copy_n(arrays[0], n, most);
-            }
-            summarise(least, row[1][c].m_data, most, arrays, n);
+            summarise(row[0][c].m_data, row[1][c].m_data, row[2][c].m_data, arrays, n, first);
         });
     if (made) results.handOver({&minimum, &mean, &maximum});
     return made;
@@ -347,13 +346,8 @@ void Accumulation::takePair(__int64 r, __int64 c, const CWavChnlChnlDatazq& pair
         pass::addArray(pass::widest(), sums, pair.m_data, n);
         return;
     }
-    double* const least = m_minimum->m_mCC[r][c].m_data;
-    double* const most = m_maximum->m_mCC[r][c].m_data;
-    if (m_first && n > 0) {
-        std::copy_n(pair.m_data, n, least);
-        std::copy_n(pair.m_data, n, most);
-    }
-    summarise(least, sums, most, Several<1>{pair.m_data}, n);
+    summarise(m_minimum->m_mCC[r][c].m_data, sums, m_maximum->m_mCC[r][c].m_data,
+              Several<1>{pair.m_data}, n, m_first);
 }
 
 void sumsToMeans(CSnsCohDatazq& sums, int datasets) {

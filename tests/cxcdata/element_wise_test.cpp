@@ -1,5 +1,7 @@
 #include "cxcdata/element_wise.h"
 
+#include "framework.h"
+
 #include <gtest/gtest.h>
 
 #include <cmath>

@@ -13,14 +13,6 @@
 
 namespace test {
 
-/// The record of a dataset whose pairs are given to `take`, for an archive.
-struct PairByPair {
-    CSnsCohDatazq& dataset;
-    const cxc::PairTaker& take;
-
-    int serialize(CArchive& ar) { return cxc::loadEachPair(ar, dataset, take); }
-};
-
 class PairsCheck {
 public:
     /// Returns "", or what is wrong.
@@ -40,7 +32,7 @@ public:
             ++count;
             if (accepted && !same(pair, whole.m_mCC[r][c])) wrong = "another pair";
         };
-        PairByPair pairs{dataset, take};
+        cxc::EachPair pairs{dataset, take};
         const Outcome outcome = loadFrom(bytes, pairs);
         if (outcome != m_outcome)
             return std::string(name(outcome)) + " instead of " + name(m_outcome);

@@ -227,6 +227,14 @@ TEST_F(ManagerLeaks, HundredGroupManagersLeaveNothing) {
     EXPECT_TRUE(app.messages().empty());
 }
 
+TEST(DatasetBlocks, EveryDatasetOnTheHeapIsCounted) {
+    const int held = test::datasetBlocks();
+    const std::unique_ptr<CSnsCohDatazq> datasets[] = {std::make_unique<CSnsCohDatazq>(),
+                                                       std::make_unique<CSnsCohDatazq>(),
+                                                       std::make_unique<CSnsCohDatazq>()};
+    EXPECT_GE(test::datasetBlocks(), held + 2);
+}
+
 TEST_F(ManagerLeaks, PaintingTheColorOfTheActiveDatasetLeavesNothing) {
     test::CleanGroup group;
     group.append(test::newFilled(3, 3, 4));

@@ -224,7 +224,8 @@ private:
     HHOOK m_hook;
 };
 
-/// Blocks of all heaps that have the size of a dataset: one more after a dataset was lost.
+/// Blocks of all heaps that have the size of a dataset: one more after a dataset was lost. The
+/// system may have some of its own, which come and go.
 inline int datasetBlocks() {
     HANDLE heaps[64] = {};
     const DWORD count = std::min<DWORD>(::GetProcessHeaps(64, heaps), 64);

@@ -58,10 +58,7 @@ public:
     // Of the first dataset: its channel numbers, pair by pair, and what it says about itself.
     void describePair(__int64 r, __int64 c, const CWavChnlChnlDatazq& pair) {
         if (r >= m_mean.m_snsRowTotal || c >= m_mean.m_snsColTotal) return;
-        each([&](CSnsCohDatazq& result) {
-            result.m_mCC[r][c].m_chnlA = pair.m_chnlA;
-            result.m_mCC[r][c].m_chnlB = pair.m_chnlB;
-        });
+        each([&](CSnsCohDatazq& result) { describePairLike(result.m_mCC[r][c], pair); });
     }
 
     void describe(const CSnsCohDatazq& first) {
@@ -69,14 +66,13 @@ public:
     }
 
     void finish(int count, const std::string& note) {
-        m_count = count;
         cxc::sumsToMeans(m_mean, count);
         if (m_extremes) {
-            name(m_minimum, _T("Cxc%d Minimum"), "Minimum", note);
-            name(m_mean, _T("Cxc%d Mean"), "Mean", note);
-            name(m_maximum, _T("Cxc%d Max"), "Maximum", note);
+            name(m_minimum, _T("Cxc%d Minimum"), "Minimum", count, note);
+            name(m_mean, _T("Cxc%d Mean"), "Mean", count, note);
+            name(m_maximum, _T("Cxc%d Max"), "Maximum", count, note);
         } else {
-            name(m_mean, _T("Average%d Result"), "Mean", note);
+            name(m_mean, _T("Average%d Result"), "Mean", count, note);
         }
     }
 
@@ -100,15 +96,15 @@ private:
         work(m_maximum);
     }
 
-    void name(CSnsCohDatazq& result, LPCTSTR format, const char* what, const std::string& note) {
-        result.m_cxcName.Format(format, m_count);
-        result.m_cxcCmptInfo = utf16(std::string(what) + " of " + std::to_string(m_count) +
+    static void name(CSnsCohDatazq& result, LPCTSTR format, const char* what, int count,
+                     const std::string& note) {
+        result.m_cxcName.Format(format, count);
+        result.m_cxcCmptInfo = utf16(std::string(what) + " of " + std::to_string(count) +
                                      " datasets, value by value\n" + note);
         result.checkDataRange();
     }
 
     bool m_extremes;
-    int m_count = 0;
     CSnsCohDatazq m_minimum;
     CSnsCohDatazq m_mean;
     CSnsCohDatazq m_maximum;

@@ -120,6 +120,11 @@ std::vector<std::string> differences(const Traits& one, const Traits& other) {
     return found;
 }
 
+void describePairLike(CWavChnlChnlDatazq& made, const CWavChnlChnlDatazq& source) {
+    made.m_chnlA = source.m_chnlA;
+    made.m_chnlB = source.m_chnlB;
+}
+
 void describeLike(CSnsCohDatazq& made, const CSnsCohDatazq& source) {
     made.m_headerReal0 = source.m_headerReal0;
     made.m_headerReal1 = source.m_headerReal1;
@@ -130,10 +135,8 @@ void describeLike(CSnsCohDatazq& made, const CSnsCohDatazq& source) {
     const Shape to = shapeOf(made);
     const Shape from = shapeOf(source);
     for (__int64 r = 0; r < std::min(to.rows, from.rows); ++r) {
-        for (__int64 c = 0; c < std::min(to.columns, from.columns); ++c) {
-            made.m_mCC[r][c].m_chnlA = pairOf(source, r, c).m_chnlA;
-            made.m_mCC[r][c].m_chnlB = pairOf(source, r, c).m_chnlB;
-        }
+        for (__int64 c = 0; c < std::min(to.columns, from.columns); ++c)
+            describePairLike(made.m_mCC[r][c], pairOf(source, r, c));
     }
     made.m_headerLong2 = made.m_cohTimTotal;
     made.setSelect(0, made.m_cohTimTotal - 1);

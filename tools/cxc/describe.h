@@ -53,6 +53,8 @@ struct Traits {
 /// In what a dataset differs from another: "band: 8 to 14 Hz, not 8 to 13 Hz".
 std::vector<std::string> differences(const Traits& one, const Traits& other);
 
+/// Gives a pair the channel numbers of another.
+void describePairLike(CWavChnlChnlDatazq& made, const CWavChnlChnlDatazq& source);
 /// Gives `made` the band, latency, rate, channel type and channel numbers of `source`, and selects
 /// all slices.
 void describeLike(CSnsCohDatazq& made, const CSnsCohDatazq& source);

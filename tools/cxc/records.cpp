@@ -114,6 +114,12 @@ Heading headingIn(const Head& head, const std::string& path, std::size_t& end) {
                 (head.count == 0 ? ": the file is empty" : ": is no dataset, package or group"));
 }
 
+// Error where the file cannot be read or is none of the three.
+Heading headingOf(const std::string& path) {
+    std::size_t end = 0;
+    return headingIn(readHead(path), path, end);
+}
+
 // Of the archive: large enough that the system is asked rarely, small enough for the cache.
 constexpr int bufferBytes = 1 << 16;
 
@@ -159,11 +165,6 @@ const char* nameOf(Kind kind) {
             break;
     }
     return "group";
-}
-
-Heading headingOf(const std::string& path) {
-    std::size_t end = 0;
-    return headingIn(readHead(path), path, end);
 }
 
 Sizes claimedSizes(const std::string& path, const std::string& member) {
@@ -249,18 +250,6 @@ std::unique_ptr<CSnsCohDatazq> openDataset(const std::string& path, const std::s
     return dataset;
 }
 
-namespace {
-
-// A dataset's record, read pair by pair.
-struct Pairs {
-    CSnsCohDatazq& dataset;
-    const cxc::PairTaker& take;
-
-    int serialize(CArchive& ar) { return cxc::loadEachPair(ar, dataset, take); }
-};
-
-}  // namespace
-
 std::unique_ptr<CSnsCohDatazq> readPairs(const std::string& path, const std::string& member,
                                          const cxc::PairTaker& take) {
     auto dataset = std::make_unique<CSnsCohDatazq>();
@@ -269,7 +258,7 @@ std::unique_ptr<CSnsCohDatazq> readPairs(const std::string& path, const std::str
         std::size_t end = 0;
         if (headingIn(headOf(file), path, end).kind != Kind::dataset) return false;
         file.Seek(0, CFile::begin);
-        Pairs pairs{*dataset, take};
+        cxc::EachPair pairs{*dataset, take};
         load(pairs, file, path);
         return true;
     });

@@ -23,9 +23,6 @@ struct Heading {
     DWORD version;
 };
 
-/// Throws Error where the file cannot be read or is none of the three.
-Heading headingOf(const std::string& path);
-
 /// Sizes of the dataset at the beginning of a file, without its values.
 struct Sizes {
     __int64 slices;
