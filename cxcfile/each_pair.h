@@ -23,8 +23,8 @@ CXC_API int loadEachPair(CArchive& ar, CSnsCohDatazq& dataset, const PairTaker& 
 
 /// The same as a record for passRecord.
 struct EachPair {
-    CSnsCohDatazq& dataset;
-    const PairTaker& take;
+    CSnsCohDatazq& dataset;  ///< Ends up as loadEachPair leaves it; not owned.
+    const PairTaker& take;   ///< Is given each pair; not owned.
 
     /// loadEachPair of them.
     int serialize(CArchive& ar) { return loadEachPair(ar, dataset, take); }
