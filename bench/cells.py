@@ -90,10 +90,13 @@ class Cells:
             count += 1
         return taken / count
 
-    def figure(self, name: str, target: float, measured: Callable[[], float]) -> None:
-        """A figure that is no time."""
+    def figure(
+        self, name: str, target: float, measured: Callable[[], float], *, shape: str
+    ) -> None:
+        """A figure that is no time, of a shape of its own."""
         if self._only.search(name):
-            self._figures.append({"name": name, "target": target, "value": measured()})
+            value = measured()
+            self._figures.append({"name": name, "shape": shape, "target": target, "value": value})
 
     def write(self) -> None:
         with open(self._out, "w", encoding="utf-8") as file:

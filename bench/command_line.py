@@ -74,9 +74,10 @@ def main() -> None:
             ]:
                 cells.measure(name, functools.partial(run, command), before, outside=True)
         cells.figure(
-            "memory of `cxc average`, 200 x 200 x 100, in datasets",
+            "memory of `cxc average`, in datasets",
             2.0,
             lambda: datasets_held(tool, folder),
+            shape="20x200x200x100",
         )
     cells.write()
 

@@ -20,9 +20,9 @@ std::string fileIn(const char* name);
 /// put replaced files on the disk when they are closed.
 void forget(const std::string& path);
 
-/// The dataset as a file, and what the text export leaves: the limits move as many bytes.
-inline std::string datasetFile() {
-    return fileIn("dataset.cxc");
+/// The dataset or group as a file, and what the text export leaves: the limits move as many bytes.
+inline std::string recordFile() {
+    return fileIn("record.cxc");
 }
 inline std::string textFile() {
     return fileIn("text.txt");

@@ -18,30 +18,37 @@ namespace {
 
 constexpr std::size_t block = 1 << 20;
 
-// Keeps the optimiser from dropping a result.
+// Keep the optimiser from dropping a result, and from knowing a divisor.
 volatile double g_sink;
+volatile double g_one = 1.0;
 
 // Arrays that are made afresh, each by itself.
 using Vectors = std::vector<std::unique_ptr<double[]>>;
 
-// The separately allocated vectors of a dataset, pair after pair. Where the library lets them lie
-// is no part of a limit, so these are its own.
+// The separately allocated vectors of a dataset or of all members of a group, pair after pair.
+// Where the library lets them lie is no part of a limit, so these are its own.
 class Separate {
 public:
-    Separate(const Shape& shape, unsigned seed)
-        : m_dataset(makeDataset(shape.n, shape.nTim, seed)) {
-        for (__int64 r = 0; r < shape.n; ++r) {
-            for (__int64 c = 0; c < shape.n; ++c)
-                m_arrays.push_back(m_dataset->m_mCC[r][c].m_data);
+    Separate(const Shape& shape, unsigned seed) : m_length(static_cast<std::size_t>(shape.nTim)) {
+        for (int k = 0; k < std::max(1, shape.members); ++k) {
+            m_datasets.push_back(makeDataset(shape.n, shape.nTim, seed + static_cast<unsigned>(k)));
+            for (__int64 r = 0; r < shape.n; ++r) {
+                for (__int64 c = 0; c < shape.n; ++c)
+                    m_arrays.push_back(m_datasets.back()->m_mCC[r][c].m_data);
+            }
         }
     }
     std::size_t size() const { return m_arrays.size(); }
+    std::size_t length() const { return m_length; }
     double* operator[](std::size_t pair) const { return m_arrays[pair]; }
 
 private:
-    Shared m_dataset;
+    std::size_t m_length;
+    std::vector<Shared> m_datasets;
     std::vector<double*> m_arrays;
 };
+
+using SharedSeparate = std::shared_ptr<const Separate>;
 
 // Two sets of separate vectors, and two contiguous arrays of as many values.
 struct Plain {
@@ -50,13 +57,11 @@ struct Plain {
           a(shape, 1),
           b(shape, 2),
           x(shape.values(), 0.25),
-          y(shape.values(), 0.5),
-          buffer(block, 'x') {}
+          y(shape.values(), 0.5) {}
 
     std::size_t length;
     Separate a, b;
     std::vector<double> x, y;
-    std::vector<char> buffer;
 };
 
 using SharedPlain = std::shared_ptr<Plain>;
@@ -88,9 +93,10 @@ private:
 
 constexpr int writing = O_CREAT | O_TRUNC | O_WRONLY;
 
-double readOnce(const Separate& vectors, std::size_t length) {
+double readOnce(const Separate& vectors) {
     // Many sums side by side: the limit is the memory, not the latency of one addition.
     constexpr std::size_t many = 32;
+    const std::size_t length = vectors.length();
     double sums[many] = {};
     for (std::size_t i = 0; i < vectors.size(); ++i) {
         const double* const v = vectors[i];
@@ -113,7 +119,12 @@ void add(double* x, const double* y, std::size_t count) {
         x[i] += y[i];
 }
 
-void addMemory(std::vector<Operation>& all, const SharedPlain& p) {
+void divide(double* x, std::size_t count, double divisor) {
+    for (std::size_t i = 0; i < count; ++i)
+        x[i] /= divisor;
+}
+
+void addMemory(std::vector<Operation>& all, const SharedPlain& p, const Shape& shape) {
     const std::size_t vectorBytes = p->length * sizeof(double);
     all.push_back({"copy", [p] { std::copy(p->x.begin(), p->x.end(), p->y.begin()); }});
     all.push_back({"copy, separate vectors", [p, vectorBytes] {
@@ -133,7 +144,17 @@ void addMemory(std::vector<Operation>& all, const SharedPlain& p) {
                                to[t] = from[t] - 0.25;
                        }
                    }});
-    all.push_back({"read once, separate vectors", [p] { g_sink = readOnce(p->a, p->length); }});
+    all.push_back({"read once, separate vectors", [p] { g_sink = readOnce(p->a); }});
+    all.push_back({"read once, then divide, separate vectors", [p] {
+                       g_sink = readOnce(p->a);
+                       for (std::size_t i = 0; i < p->a.size(); ++i)
+                           divide(p->a[i], p->length, g_one);
+                   }});
+    all.push_back({"fill the diagonal, separate vectors", [p, shape] {
+                       const auto n = static_cast<std::size_t>(shape.n);
+                       for (std::size_t i = 0; i < n; ++i)
+                           std::fill_n(p->b[i * n + i], p->length, 0.0);
+                   }});
 }
 
 // The same as those above, where the result is made afresh.
@@ -159,15 +180,15 @@ void addFresh(std::vector<Operation>& all, const SharedPlain& p) {
 }
 
 // The same arrays made afresh, filled from blocks of the file as they come.
-void readIntoVectors(const std::string& path, Plain& p, Vectors& vectors) {
+void readIntoVectors(const std::string& path, const Separate& like, char* buffer,
+                     Vectors& vectors) {
     const Descriptor file(path, O_RDONLY);
-    char* const buffer = p.buffer.data();
     std::size_t have = 0;
     std::size_t at = 0;
-    for (std::size_t i = 0; i < p.a.size(); ++i) {
-        vectors.emplace_back(new double[p.length]);
+    for (std::size_t i = 0; i < like.size(); ++i) {
+        vectors.emplace_back(new double[like.length()]);
         char* target = reinterpret_cast<char*>(vectors.back().get());
-        for (std::size_t need = p.length * sizeof(double); need > 0;) {
+        for (std::size_t need = like.length() * sizeof(double); need > 0;) {
             if (at == have) {
                 have = file.read(buffer, block);
                 at = 0;
@@ -184,23 +205,23 @@ void readIntoVectors(const std::string& path, Plain& p, Vectors& vectors) {
     }
 }
 
-void plainWrite(const std::string& path, const Plain& p, std::size_t bytes, bool toDisk) {
+void plainWrite(const std::string& path, const char* buffer, std::size_t bytes, bool toDisk) {
     const Descriptor file(path, writing);
     for (std::size_t done = 0; done < bytes; done += std::min(block, bytes - done))
-        file.write(p.buffer.data(), std::min(block, bytes - done));
+        file.write(buffer, std::min(block, bytes - done));
     if (toDisk) file.flush();
 }
 
 // As many bytes for each pair as the record has, gathered in small copies.
-void gatheredWrite(const std::string& path, Plain& p, std::size_t bytes) {
+void gatheredWrite(const std::string& path, const Separate& vectors, char* buffer,
+                   std::size_t bytes) {
     const Descriptor file(path, writing);
-    const std::size_t pairs = p.a.size();
-    char* const buffer = p.buffer.data();
+    const std::size_t pairs = vectors.size();
     std::size_t have = 0;
     for (std::size_t i = 0; i < pairs; ++i) {
         const std::size_t record = bytes * (i + 1) / pairs - bytes * i / pairs;
-        const char* from = reinterpret_cast<const char*>(p.a[i]);
-        std::size_t fromVector = p.length * sizeof(double);
+        const char* from = reinterpret_cast<const char*>(vectors[i]);
+        std::size_t fromVector = vectors.length() * sizeof(double);
         // What a record has beyond its values is as good as any other bytes.
         for (std::size_t need = record; need > 0;) {
             if (have == block) {
@@ -223,26 +244,28 @@ void gatheredWrite(const std::string& path, Plain& p, std::size_t bytes) {
     file.write(buffer, have);
 }
 
-void addFiles(std::vector<Operation>& all, const SharedPlain& p) {
-    const auto vectors = std::make_shared<Vectors>();
-    vectors->reserve(p->a.size());
-    const std::size_t bytes = std::filesystem::file_size(datasetFile());
+// What as many bytes as the record of the vectors need.
+void addFiles(std::vector<Operation>& all, const SharedSeparate& vectors) {
+    const auto buffer = std::make_shared<std::vector<char>>(block, 'x');
+    const auto made = std::make_shared<Vectors>();
+    made->reserve(vectors->size());
+    const std::size_t bytes = std::filesystem::file_size(recordFile());
     const std::string written = fileIn("limit.bin");
-    all.push_back({"plain read", [p] {
-                       const Descriptor file(datasetFile(), O_RDONLY);
-                       while (file.read(p->buffer.data(), block) > 0) {
+    all.push_back({"plain read", [buffer] {
+                       const Descriptor file(recordFile(), O_RDONLY);
+                       while (file.read(buffer->data(), block) > 0) {
                        }
                    }});
     all.push_back({"arrays made afresh, plain reads",
-                   [p, vectors] { readIntoVectors(datasetFile(), *p, *vectors); },
-                   [vectors] { vectors->clear(); }});
+                   [=] { readIntoVectors(recordFile(), *vectors, buffer->data(), *made); },
+                   [made] { made->clear(); }});
     const auto forgotten = [written] { forget(written); };
     all.push_back(
-        {"plain write", [p, bytes, written] { plainWrite(written, *p, bytes, false); }, forgotten});
+        {"plain write", [=] { plainWrite(written, buffer->data(), bytes, false); }, forgotten});
     all.push_back({"small copies, plain write",
-                   [p, bytes, written] { gatheredWrite(written, *p, bytes); }, forgotten});
+                   [=] { gatheredWrite(written, *vectors, buffer->data(), bytes); }, forgotten});
     all.push_back({"plain write, flushed",
-                   [p, bytes, written] { plainWrite(written, *p, bytes, true); }, forgotten});
+                   [=] { plainWrite(written, buffer->data(), bytes, true); }, forgotten});
 }
 
 // Into the same encoding: narrow digits first, then widened.
@@ -280,30 +303,30 @@ void addText(std::vector<Operation>& all, const SharedPlain& p) {
 }
 
 // Each value of every member read once, `results` sets of arrays of one member made afresh.
-Operation readMembers(const std::shared_ptr<std::vector<Separate>>& members, const Shape& shape,
-                      const char* name, int results) {
+Operation readMembers(const SharedSeparate& members, const Shape& shape, const char* name,
+                      int results) {
     const auto made = std::make_shared<Vectors>();
     const auto count = static_cast<std::size_t>(shape.pairs());
-    const auto length = static_cast<std::size_t>(shape.nTim);
     made->reserve(count * static_cast<std::size_t>(results));
     return {name,
-            [members, made, count, length, results] {
+            [members, made, count, results] {
                 for (std::size_t i = 0; i < count; ++i) {
                     for (int k = 0; k < results; ++k)
-                        made->emplace_back(new double[length]());
-                    for (const Separate& member : *members)
-                        add(made->back().get(), member[i], length);
+                        made->emplace_back(new double[members->length()]());
+                    for (std::size_t pair = i; pair < members->size(); pair += count)
+                        add(made->back().get(), (*members)[pair], members->length());
                 }
             },
             [made] { made->clear(); }};
 }
 
 std::vector<Operation> ofGroup(const Shape& shape) {
-    const auto members = std::make_shared<std::vector<Separate>>();
-    for (int k = 0; k < shape.members; ++k)
-        members->emplace_back(shape, static_cast<unsigned>(k + 1));
-    return {readMembers(members, shape, "members read once, result made afresh", 1),
-            readMembers(members, shape, "members read once, three results made afresh", 3)};
+    const auto members = std::make_shared<const Separate>(shape, 1);
+    std::vector<Operation> all;
+    addFiles(all, members);
+    all.push_back(readMembers(members, shape, "members read once, result made afresh", 1));
+    all.push_back(readMembers(members, shape, "members read once, three results made afresh", 3));
+    return all;
 }
 
 }  // namespace
@@ -312,9 +335,9 @@ std::vector<Operation> limits(const Shape& shape) {
     if (shape.members > 0) return ofGroup(shape);
     const SharedPlain plain = std::make_shared<Plain>(shape);
     std::vector<Operation> all;
-    addFiles(all, plain);
+    addFiles(all, {plain, &plain->a});
     addText(all, plain);
-    addMemory(all, plain);
+    addMemory(all, plain, shape);
     addFresh(all, plain);
     return all;
 }

@@ -24,32 +24,36 @@ Made nothingMade() {
     return std::make_shared<std::unique_ptr<CSnsCohDatazq>>();
 }
 
-void save(CSnsCohDatazq& dataset, const CString& path, bool toDisk) {
+template <class Record>
+void save(Record& record, const CString& path, bool toDisk) {
     CFile file(path, CFile::modeCreate | CFile::modeWrite);
     CArchive archive(&file, CArchive::store);
-    must(dataset.serialize(archive) == 1);
+    must(record.serialize(archive) == 1);
     archive.Close();
     if (toDisk) file.Flush();
     file.Close();
 }
 
-void open(CSnsCohDatazq& dataset, const CString& path) {
+template <class Record>
+void open(Record& record, const CString& path) {
     CFile file(path, CFile::modeRead);
     CArchive archive(&file, CArchive::load);
-    must(dataset.serialize(archive) == 1);
+    must(record.serialize(archive) == 1);
     archive.Close();
 }
 
-void addFiles(std::vector<Operation>& all, const Shared& one) {
-    const Made made = nothingMade();
+// `fresh` makes the object that is read into.
+template <class Record, class Fresh>
+void addFiles(std::vector<Operation>& all, const std::shared_ptr<Record>& one, Fresh fresh) {
+    const auto made = std::make_shared<std::shared_ptr<Record>>();
     const std::string name = fileIn("save.cxc");
     const CString saved(name.c_str());
     const auto forgotten = [name] { forget(name); };
-    save(*one, CString(datasetFile().c_str()), false);
+    save(*one, CString(recordFile().c_str()), false);
     all.push_back({"open",
-                   [made] {
-                       *made = std::make_unique<CSnsCohDatazq>();
-                       open(**made, CString(datasetFile().c_str()));
+                   [made, fresh] {
+                       *made = fresh();
+                       open(**made, CString(recordFile().c_str()));
                    },
                    [made] { made->reset(); }});
     all.push_back({"save", [one, saved] { save(*one, saved, false); }, forgotten});
@@ -102,6 +106,9 @@ void addProcessing(std::vector<Operation>& all, const Shared& target, const Shar
                    }});
     all.push_back({"data range", [other] { must(other->checkDataRange() == 1); }});
     all.push_back({"statistics", [other] { must(!other->getStatistics().IsEmpty()); }});
+    all.push_back({"normalise", [target] { must(target->normRMS() == 1); }});
+    all.push_back({"zero diagonal", [target] { must(target->zeroDiagonal() == 1); },
+                   [target] { target->m_cxcCmptInfo.Empty(); }});
 }
 
 void addCombination(std::vector<Operation>& all, const Shape& shape) {
@@ -154,7 +161,7 @@ std::vector<Operation> ofDataset(const Shape& shape) {
     // The one that operations write to.
     const Shared target = makeDataset(shape.n, shape.nTim, 3);
     std::vector<Operation> all;
-    addFiles(all, one);
+    addFiles(all, one, [] { return std::make_shared<CSnsCohDatazq>(); });
     addText(all, one);
     addProcessing(all, target, other);
     addCombination(all, shape);
@@ -162,12 +169,16 @@ std::vector<Operation> ofDataset(const Shape& shape) {
     return all;
 }
 
+// An empty one, whose members go with it.
+std::shared_ptr<CGroupMeegCxcFacezq> makeGroup() {
+    return {new CGroupMeegCxcFacezq, [](CGroupMeegCxcFacezq* done) {
+                done->cleanSnsCohPkg();
+                delete done;
+            }};
+}
+
 std::vector<Operation> ofGroup(const Shape& shape) {
-    const std::shared_ptr<CGroupMeegCxcFacezq> group(new CGroupMeegCxcFacezq,
-                                                     [](CGroupMeegCxcFacezq* done) {
-                                                         done->cleanSnsCohPkg();
-                                                         delete done;
-                                                     });
+    const std::shared_ptr<CGroupMeegCxcFacezq> group = makeGroup();
     for (int k = 0; k < shape.members; ++k) {
         const auto seed = static_cast<unsigned>(k + 1);
         group->setCohData(makeDataset(shape.n, shape.nTim, seed).release(), shape.members);
@@ -177,10 +188,13 @@ std::vector<Operation> ofGroup(const Shape& shape) {
         for (int k = 0; k < results; ++k)
             group->deleteCohDataset(shape.members);
     };
-    return {{"average", [group, shape] { must(group->averageAll() == shape.members + 1); },
-             [shorten] { shorten(1); }},
-            {"summary", [group, shape] { must(group->summaryAll() == shape.members + 3); },
-             [shorten] { shorten(3); }}};
+    std::vector<Operation> all;
+    addFiles(all, group, makeGroup);
+    all.push_back({"average", [group, shape] { must(group->averageAll() == shape.members + 1); },
+                   [shorten] { shorten(1); }});
+    all.push_back({"summary", [group, shape] { must(group->summaryAll() == shape.members + 3); },
+                   [shorten] { shorten(3); }});
+    return all;
 }
 
 }  // namespace

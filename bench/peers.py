@@ -40,6 +40,13 @@ def measure_memory(cells: Cells, pairs: np.ndarray, slices: np.ndarray) -> None:
 
     cells.measure("NumPy/absolute range", absolute_range)
     cells.measure("NumPy/statistics", statistics)
+    cells.measure("NumPy/normalise", lambda: pairs / np.sqrt(np.square(pairs).mean()))
+    each = np.arange(len(pairs))
+
+    def zero_diagonal():
+        other[each, each] = 0.0
+
+    cells.measure("NumPy/zero diagonal", zero_diagonal)
     cells.measure(
         "NumPy/matrices from dataset", lambda: np.copyto(slices, pairs.transpose(2, 0, 1))
     )

@@ -63,7 +63,7 @@ def call(command: list[str], files: str, build: str) -> None:
         sys.exit(f"bench: {' '.join(command)}\n{done.stdout}{done.stderr}")
 
 
-def of_benchmark(path: str) -> dict:
+def of_benchmark(path: str, shape: str) -> dict:
     """What cxc_bench wrote, in the form of cells.py."""
     with open(path, encoding="utf-8") as file:
         told = json.load(file)
@@ -78,7 +78,7 @@ def of_benchmark(path: str) -> dict:
         if name == "ours/open" and len(cell["ms"]) == 1:
             beyond = run["allocated"] - float(told["context"]["dataset_bytes"])
             figures.append({
-                "name": "bytes allocated by open beyond the dataset",
+                "name": "bytes allocated by open beyond the dataset", "shape": shape,
                 "target": targets.OPEN_BEYOND, "value": beyond,
             })  # fmt: skip
     return {"cells": cells, "figures": figures}
@@ -90,7 +90,7 @@ def measure(shape: str, options: argparse.Namespace, only: str, files: str) -> d
     choice = [f"--only={only}", f"--repetitions={1 if options.quick else 3}"]
     program = f"{options.build}/bin/cxc_bench"
     call([program, shape, *choice, f"--benchmark_out={out}"], files, options.build)
-    told = of_benchmark(out)
+    told = of_benchmark(out, shape)
     scripts = ["peers.py", "command_line.py"] if shape.count("x") == 3 else ["peers.py"]
     for script in scripts:
         call([sys.executable, str(HERE / script), shape, out, *choice], files, options.build)
@@ -118,7 +118,7 @@ def gather(options: argparse.Namespace, files: str) -> tuple[dict, list]:
                 held["ms"] += cell["ms"]
                 held["peak"] = max(held["peak"], cell["peak"])
             for figure in told["figures"]:
-                figures[shape, figure["name"]] = {"shape": shape, **figure}
+                figures[figure["shape"], figure["name"]] = figure
             taken = time.monotonic() - begin
             print(f"bench: round {number + 1} of {options.rounds}, {shape}: {taken:.0f} s")
     for of_shape in cells.values():
