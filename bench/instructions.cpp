@@ -17,13 +17,14 @@ void putBack(const Operation& operation) {
     if (operation.after) operation.after();
 }
 
-void count(const Operation& operation) {
+void count(const char* of, const Operation& operation) {
+    const std::string name = of + operation.name;
     // Once before it counts: names of functions are looked up, tables are made.
     operation.run();
     putBack(operation);
     CALLGRIND_ZERO_STATS;
     operation.run();
-    CALLGRIND_DUMP_STATS_AT(operation.name.c_str());
+    CALLGRIND_DUMP_STATS_AT(name.c_str());
     putBack(operation);
 }
 
@@ -45,7 +46,7 @@ const char* width() {
 int main() {
     for (const bench::Shape& shape : bench::shapes) {
         for (const bench::Operation& operation : bench::operations(shape))
-            bench::count(operation);
+            bench::count(shape.members > 0 ? "group: " : "", operation);
     }
     std::puts(bench::width());
     return 0;
