@@ -11,8 +11,8 @@ packages=(
   python3 python3-dev python3-numpy python3-scipy python3-matplotlib python3-mne
   python3-pytest python3-tqdm python3-pil pybind11-dev
   python3-pip python3-setuptools python3-wheel python3-venv mypy
-  python3-netcdf4 python3-h5py python3-xarray python3-pandas python3-networkx octave
-  python3-distributed chromium chromium-driver python3-selenium
+  python3-netcdf4 python3-h5netcdf python3-h5py python3-xarray python3-pandas python3-networkx
+  octave python3-distributed chromium chromium-driver python3-selenium
 )
 
 missing=()

@@ -2,6 +2,7 @@
 
 from __future__ import annotations
 
+import warnings
 from typing import Any
 
 import numpy as np
@@ -12,6 +13,7 @@ from .exchange_common import PAIR_ORDER, dataset_of, description_of, encodable, 
 from .files import whole_file
 
 PAIRS = "node_in -> node_out"
+_NONE = "n/a"  # what the format writes for None, which it does not have
 
 
 def to_netcdf(dataset: Dataset, path: str, overwrite: bool = True) -> None:
@@ -41,11 +43,11 @@ def to_netcdf(dataset: Dataset, path: str, overwrite: bool = True) -> None:
         attrs={
             "data_structure": "SpectroTemporalConnectivity",
             "method": "coh",
-            "spec_method": "n/a",
+            "spec_method": _NONE,
             "indices": "all",
             "n_nodes": sensors,
             "node_names": [encodable(label) for label in dataset.sensors],
-            "n_epochs_used": "n/a",
+            "n_epochs_used": _NONE,
             "metadata": "[]",  # JSON, which readers parse without a look
             "freqs_used": [low, high],
             "pair_order": PAIR_ORDER,
@@ -63,7 +65,8 @@ def from_netcdf(path: str) -> Dataset:
     """The dataset of a file that `to_netcdf` or MNE's connectivity tools have written.
 
     All pairs, or the upper triangle of a symmetric matrix; with one frequency or none, and with
-    times or as a single slice.
+    times or as a single slice. Warns of values that stand below the diagonal only: so MNE's
+    tools leave measures that have no direction.
 
     Raises:
         CommandError: the file is none of that kind.
@@ -80,10 +83,19 @@ def from_netcdf(path: str) -> Dataset:
             )
         array = array.isel(freqs=0)
     values = array.values if "times" in dims else array.values[:, np.newaxis]
-    frequencies = attributes.get("freqs_used", array.coords.get("freqs"))
+    frequencies = attributes.get("freqs_used", _NONE)
+    if isinstance(frequencies, str) and frequencies == _NONE:
+        frequencies = array.coords.get("freqs")
+    matrices = _unraveled(path, values, attributes)
+    if np.tril(matrices, -1).any() and not np.triu(matrices).any():
+        warnings.warn(
+            f"{path}: all values stand below the diagonal; values + values.transpose(0, 2, 1) "
+            "of to_array() has both directions",
+            stacklevel=2,
+        )
     return dataset_of(
         path,
-        _unraveled(path, values, attributes),
+        matrices,
         times=array.coords["times"].values if "times" in array.coords else None,
         band=None if frequencies is None else np.asarray(frequencies),
         labels=list(np.atleast_1d(attributes.get("node_names", []))),
@@ -92,16 +104,22 @@ def from_netcdf(path: str) -> Dataset:
 
 
 def _loaded(path: str) -> Any:
+    import h5py
     import xarray
 
     try:
-        with xarray.open_dataset(path, engine="netcdf4", decode_times=False) as file:
+        # MNE's tools save empty attributes, with which the netCDF library opens no file: what is
+        # HDF5 is read as they read it, and only what is older netCDF by that library.
+        how: dict[str, Any] = {"engine": "netcdf4"}
+        if h5py.is_hdf5(path):
+            how = {"engine": "h5netcdf", "phony_dims": "access"}
+        with xarray.open_dataset(path, decode_times=False, **how) as file:
             names = list(file.data_vars)
             if "connectivity" in names:
                 names = ["connectivity"]
             if len(names) == 1:
                 return file[names[0]].load()
-    except (OSError, ValueError, RuntimeError, TypeError, KeyError) as error:
+    except (OSError, ValueError, RuntimeError, TypeError, KeyError, AttributeError) as error:
         raise CommandError(f"{path}: is no netCDF file that can be read: {error}") from error
     raise CommandError(f"{path}: holds no variable named connectivity")
 
