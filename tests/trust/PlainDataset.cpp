@@ -16,10 +16,16 @@ void widen(double value, bool& any, double& low, double& high) {
     any = true;
 }
 
+// sum += value, where of two NaNs the older one stays. Which one an addition gives is otherwise the
+// compiler's choice.
+void addTo(double& sum, double value) {
+    if (!std::isnan(sum)) sum += value;
+}
+
 double sumOf(const std::vector<double>& values) {
     double sum = 0.0;
     for (const double value : values)
-        sum += value;
+        addTo(sum, value);
     return sum;
 }
 
@@ -133,7 +139,10 @@ int Vector::range(double& least, double& mean, double& most) const {
     double sum = 0.0;
     for (std::size_t i = 0; i < data->size(); ++i) {
         widen((*data)[i], any, least, most);
-        sum = i == 0 ? (*data)[0] : sum + (*data)[i];
+        if (i == 0)
+            sum = (*data)[0];
+        else
+            addTo(sum, (*data)[i]);
     }
     mean = sum / static_cast<double>(size());
     return 1;
@@ -147,8 +156,8 @@ int Vector::statistic(double (&six)[6]) const {
     double absolute = 0.0;
     double squares = 0.0;
     for (const double value : *data) {
-        absolute += std::fabs(value);
-        squares += value * value;
+        addTo(absolute, std::fabs(value));
+        addTo(squares, value * value);
     }
     six[3] = six[1];
     six[4] = absolute / static_cast<double>(size());
@@ -164,7 +173,7 @@ double Vector::selected(Int from, Int to, int mode) const {
         if (from > to) return 0.0;
         double sum = 0.0;
         for (Int i = from; i <= to; ++i)
-            sum += (*data)[static_cast<std::size_t>(i)];
+            addTo(sum, (*data)[static_cast<std::size_t>(i)]);
         return sum / static_cast<double>(to - from + 1);
     }
     if (mode != 1) return 0.0;
@@ -247,7 +256,7 @@ double Dataset::selected(Int from, Int to, Int r, Int c) const {
     double sum = 0.0;
     Int count = 0;
     for (Int t = std::max<Int>(from, 0); t <= to && t < vector->size(); ++t, ++count)
-        sum += (*vector->data)[static_cast<std::size_t>(t)];
+        addTo(sum, (*vector->data)[static_cast<std::size_t>(t)]);
     return count < 1 ? 0.0 : sum / static_cast<double>(count);
 }
 
@@ -348,9 +357,9 @@ int Dataset::normaliseRms(Messages& messages) {
         double sum = 0.0;
         for (Int c = 0; c < std::min(cols, realCols()); ++c) {
             for (const double value : seen(r, c))
-                sum += value * value;
+                addTo(sum, value * value);
         }
-        mean += sum / (static_cast<double>(cols) * static_cast<double>(slices));
+        addTo(mean, sum / (static_cast<double>(cols) * static_cast<double>(slices)));
     }
     const double root = std::sqrt(mean / static_cast<double>(rows));
     if (!(root > 0.0)) {
@@ -380,10 +389,10 @@ int Dataset::checkRange() {
         for (Int c = 0; c < cols && c < realCols(); ++c) {
             for (const double value : seen(r, c)) {
                 widen(value, any, low, high);
-                sum += value;
+                addTo(sum, value);
             }
         }
-        total += sum / (static_cast<double>(cols) * static_cast<double>(slices));
+        addTo(total, sum / (static_cast<double>(cols) * static_cast<double>(slices)));
     }
     least = low;
     most = high;
@@ -403,13 +412,13 @@ void Dataset::statistics(double (&five)[5]) {
             cell(r, c)->statistic(six);
             widen(six[0], any, five[0], five[1]);
             if (six[2] > five[1]) five[1] = six[2];
-            means += six[1];
-            absolutes += six[4];
-            squares += six[5] * six[5];
+            addTo(means, six[1]);
+            addTo(absolutes, six[4]);
+            addTo(squares, six[5] * six[5]);
         }
-        five[2] += means / static_cast<double>(cols);
-        five[3] += absolutes / static_cast<double>(cols);
-        five[4] += std::sqrt(squares / static_cast<double>(cols));
+        addTo(five[2], means / static_cast<double>(cols));
+        addTo(five[3], absolutes / static_cast<double>(cols));
+        addTo(five[4], std::sqrt(squares / static_cast<double>(cols)));
     }
     five[2] /= static_cast<double>(rows);
     five[3] /= static_cast<double>(rows);
@@ -451,13 +460,13 @@ int Dataset::signedRange(double& low, double& high, bool useTime, Int from, Int 
                 if (!any || low > low1) low = low1;
                 if (!any || high1 > high) high = high1;
                 any = true;
-                line += mean1;
+                addTo(line, mean1);
                 continue;
             }
             for (Int t = from; t <= to && t < vector.size(); ++t)
                 widen((*vector.data)[static_cast<std::size_t>(t)], any, low, high);
         }
-        means += line / static_cast<double>(cols);
+        addTo(means, line / static_cast<double>(cols));
     }
     if (!useTime) {
         least = low;
@@ -501,8 +510,8 @@ int Dataset::add(const Dataset& other) {
             Vector* const to = cell(r, c);
             if (from == nullptr || to == nullptr) continue;
             for (Int t = 0; t < from->size() && t < to->size(); ++t)
-                (*to->data)[static_cast<std::size_t>(t)] +=
-                    (*from->data)[static_cast<std::size_t>(t)];
+                addTo((*to->data)[static_cast<std::size_t>(t)],
+                      (*from->data)[static_cast<std::size_t>(t)]);
         }
     }
     return 1;
@@ -594,7 +603,7 @@ int Package::combine(bool yes, Messages& messages) {
                 const double a = (*from->data)[static_cast<std::size_t>(t)];
                 double& result = (*to.data)[static_cast<std::size_t>(t)];
                 if (operation == 0) result = a - b;
-                if (operation == 1) result = a + b;
+                if (operation == 1) addTo(result = a, b);
                 if (operation == 2) result = a * b;
                 if (operation == 3) result = b == 0.0 ? 0.0 : a / b;
             }
@@ -822,7 +831,7 @@ int Group::average() {
     if (!together(sizes)) return 0;
     Dataset mean = resultOf(sizes);
     const int k = each(sizes, [&](int, Int r, Int c, std::size_t t, double value) {
-        (*mean.cell(r, c)->data)[t] += value;
+        addTo((*mean.cell(r, c)->data)[t], value);
     });
     divideAll(mean, k);
     mean.name = "Average" + std::to_string(k) + " Result";
@@ -841,7 +850,7 @@ int Group::summary() {
         double& most = (*high.cell(r, c)->data)[t];
         if (k == 0 || least > value) least = value;
         if (k == 0 || value > most) most = value;
-        (*mean.cell(r, c)->data)[t] += value;
+        addTo((*mean.cell(r, c)->data)[t], value);
     });
     divideAll(mean, count);
     const std::string begin = "Cxc" + std::to_string(count);

@@ -21,7 +21,7 @@ std::string textOf(const CString& text) {
 }
 
 bool same(double a, double b) {
-    return (std::isnan(a) && std::isnan(b)) || std::memcmp(&a, &b, sizeof(a)) == 0;
+    return std::memcmp(&a, &b, sizeof(a)) == 0;
 }
 
 }  // namespace
@@ -113,6 +113,11 @@ void Player::equal(const char* what, double real, double model) {
     text.precision(17);
     text << what << ": " << real << " instead of " << model;
     differ(text.str());
+}
+
+// For what may have two NaNs to choose from and does not tell which one stays.
+void Player::equalOrNaN(const char* what, double real, double model) {
+    if (!std::isnan(real) || !std::isnan(model)) equal(what, real, model);
 }
 
 void Player::equal(const char* what, const CString& real, const std::string& model) {
