@@ -528,6 +528,7 @@ int Dataset::accumulate() {
             vector.backup = vector.data;
             vector.chnlA = cell(r, c)->chnlA;
             vector.chnlB = cell(r, c)->chnlB;
+            vector.pairFlag = cell(r, c)->pairFlag;
         }
     }
     grid = std::move(made);
@@ -719,6 +720,16 @@ std::string Package::className(int cls) {
     return names[cls];
 }
 
+int Package::accumulate(Dataset* data) const {
+    return data == nullptr || data->slices < 2 ? 0 : data->accumulate();
+}
+
+int Package::hasCurrent(Messages& messages) const {
+    if (total() == 0) return 0;
+    if (current == -1) messages.push_back("This is no data!");
+    return current >= 0 && current <= 2 && slots[current] ? 1 : 0;
+}
+
 // --- group ---------------------------------------------------------------------------------------
 
 int Group::clamp(int id) const {
@@ -764,16 +775,20 @@ int Group::addSized(int sensors, Int slices, bool flag) {
     return 1;
 }
 
-bool Group::together(Largest& sizes) const {
-    if (total() < 1) return false;
+Group::Largest Group::largest() const {
+    Largest sizes;
     for (const Slot& entry : entries) {
         if (!entry) continue;
         sizes.slices = std::max(sizes.slices, entry->slices);
         sizes.rows = std::max(sizes.rows, entry->rows);
         sizes.cols = std::max(sizes.cols, entry->cols);
     }
-    return sizes.rows >= 1 && sizes.cols >= 1 && sizes.slices >= 1 &&
-           entries[static_cast<std::size_t>(clamp(current))].has_value();
+    return sizes;
+}
+
+bool Group::together(Largest& sizes) const {
+    sizes = largest();
+    return sizes.any() && entries[static_cast<std::size_t>(clamp(current))].has_value();
 }
 
 Dataset Group::resultOf(const Largest& sizes) const {
@@ -845,6 +860,17 @@ int Group::summary() {
     Dataset low = resultOf(sizes);
     Dataset mean = low;
     Dataset high = low;
+    const int count = summarise(sizes, low, mean, high);
+    const std::string begin = "Cxc" + std::to_string(count);
+    low.name = begin + " Minimum";
+    mean.name = begin + " Mean";
+    high.name = begin + " Max";
+    for (Dataset* const made : {&low, &mean, &high})
+        entries.emplace_back(std::move(*made));
+    return total();
+}
+
+int Group::summarise(const Largest& sizes, Dataset& low, Dataset& mean, Dataset& high) const {
     const int count = each(sizes, [&](int k, Int r, Int c, std::size_t t, double value) {
         double& least = (*low.cell(r, c)->data)[t];
         double& most = (*high.cell(r, c)->data)[t];
@@ -853,13 +879,7 @@ int Group::summary() {
         addTo((*mean.cell(r, c)->data)[t], value);
     });
     divideAll(mean, count);
-    const std::string begin = "Cxc" + std::to_string(count);
-    low.name = begin + " Minimum";
-    mean.name = begin + " Mean";
-    high.name = begin + " Max";
-    for (Dataset* const made : {&low, &mean, &high})
-        entries.emplace_back(std::move(*made));
-    return total();
+    return count;
 }
 
 }  // namespace plain

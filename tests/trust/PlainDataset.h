@@ -18,6 +18,7 @@ struct Vector {
     Int curIdx = 0;
     Int chnlA = 0;
     Int chnlB = 0;
+    int pairFlag = 1;
 
     Int size() const { return data ? static_cast<Int>(data->size()) : 0; }
 
@@ -37,6 +38,7 @@ struct Vector {
     int range(double& least, double& mean, double& most) const;
     int statistic(double (&six)[6]) const;
     double selected(Int from, Int to, int mode) const;
+    void load(const Vector& stored);
 };
 
 struct Matrix {
@@ -72,6 +74,12 @@ struct Dataset {
     double showLeast = 0.0;
     double showMost = 1.0;
     double showMid = 0.0;
+    int channelType = 0;
+    unsigned colours[3] = {0x7D7DFF, 0x0000FF, 0xFF0000};
+    // Those that nothing interprets.
+    int ints[12] = {0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 1, 0};
+    Int longs[5] = {};
+    double reals[3] = {0.1, 1.0, 0.0};
 
     Int realRows() const { return grid ? static_cast<Int>(grid->size()) : 0; }
     Int realCols() const { return realRows() > 0 ? static_cast<Int>((*grid)[0].size()) : 0; }
@@ -98,6 +106,10 @@ struct Dataset {
     int absoluteRange(double& low, double& high, bool useTime, Int from, Int to);
     int add(const Dataset& other);
     int accumulate();
+    std::string channelTypeName() const;
+    bool storesGrid() const;
+    void load(const Dataset& stored);
+    bool text(std::string& written) const;
 
 private:
     bool countersAreGood() const;
@@ -108,7 +120,17 @@ private:
 // Slots and entries share datasets with nobody.
 using Slot = std::optional<Dataset>;
 
+// What packages and groups are called.
+struct Labels {
+    int id = 0;
+    std::string name = "SnsCohFace";
+    std::string info = "Unknown";
+    bool show = false;
+};
+
 struct Package {
+    Labels labels;
+    std::vector<int> viewers;
     Slot slots[3];
     int current = -1;
     int operation = 0;
@@ -127,9 +149,15 @@ struct Package {
     int sumPackage(const Dataset& data, int cls);
     int sumFirstOf(const Package& other);
     std::string className(int cls);
+    int accumulate(Dataset* data) const;
+    int hasCurrent(Messages& messages) const;
+    void load(const Package& stored);
 };
 
 struct Group {
+    Labels labels;
+    int operation = 0;
+    std::vector<int> viewers;
     std::vector<Slot> entries;
     int current = -1;
 
@@ -143,13 +171,18 @@ struct Group {
     int addSized(int sensors, Int slices, bool flag);
     int average();
     int summary();
+    void load(const Group& stored);
 
-private:
     struct Largest {
         Int slices = 0;
         Int rows = 0;
         Int cols = 0;
+        bool any() const { return rows >= 1 && cols >= 1 && slices >= 1; }
     };
+    Largest largest() const;
+    int summarise(const Largest& sizes, Dataset& low, Dataset& mean, Dataset& high) const;
+
+private:
     bool together(Largest& sizes) const;
     Dataset resultOf(const Largest& sizes) const;
     template <class Take>

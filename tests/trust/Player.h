@@ -93,6 +93,9 @@ private:
     void equal(const char* what, const CString& real, const std::string& model);
     void compareVector(const RealVector& real, const plain::Vector& model, Int r, Int c);
     void compareDataset(const Real* real, const plain::Dataset* model);
+    template <class Holder>
+    void compareLabels(const Holder& real, const plain::Labels& model);
+    void compareMatrices(CMMatrix2Dzq* real, const plain::Dataset& model);
     void compareAll();
 
     // --- choosing
@@ -103,6 +106,13 @@ private:
     void fill(const Both& both);
     plain::Matrix matrix(CMMatrix2Dzq& real, Int n);
     void takeNaNsOfProducts();
+    CString label(std::string& model);
+    template <class Holder>
+    void playViewers(Holder& real, std::vector<int>& model);
+    template <class Holder>
+    void writeLabels(Holder& real, plain::Labels& model);
+    template <class Record>
+    void load(const std::string& bytes, Record& record);
 
     // --- calls
     void sizeDataset();
@@ -135,10 +145,22 @@ private:
     void absoluteRange();
     void add();
     void accumulate();
+    void labels();
+    void carriedFields();
+    void copies();
+    void squareMatrix();
+    void record();
+    void eachPair();
+    void text();
     void vectorSizes();
     void vectorBackup();
     void vectorFigures();
     void vectorOwnership();
+    void vectorOwnArrays();
+    void vectorPieces();
+    void vectorFields();
+    void vectorCopies();
+    void vectorRecord();
     void packageCounts();
     void packageGet();
     void packageDelete();
@@ -148,6 +170,13 @@ private:
     void packageOne();
     void packageSums();
     void packageNames();
+    void packageLabels();
+    void packageViews();
+    void packageAccumulate();
+    void packageEmpty();
+    void packageOther();
+    void packageViewers();
+    void packageRecord();
     void groupCounts();
     void groupGet();
     void groupDelete();
@@ -156,6 +185,14 @@ private:
     void groupSummary();
     void groupSums();
     void groupSizes();
+    void groupLabels();
+    void groupViews();
+    void groupRanges();
+    void groupAccumulate();
+    void groupOneByOne();
+    void groupWatched();
+    void groupViewers();
+    void groupRecord();
 
     QuietApp& m_app;
     Choices m_in;
@@ -164,6 +201,7 @@ private:
     plain::Package m_plainPackage;
     plain::Group m_plainGroup;
     plain::Messages m_messages;
+    CWnd m_windows[2];  // without windows of the system
     std::string m_played;
     std::string m_wrong;
 };

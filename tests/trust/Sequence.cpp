@@ -57,10 +57,22 @@ const Player::Call Player::s_calls[] = {
     {"absolute range", &Player::absoluteRange},
     {"sum", &Player::add},
     {"accumulate", &Player::accumulate},
+    {"labels", &Player::labels},
+    {"carried fields", &Player::carriedFields},
+    {"copies", &Player::copies},
+    {"square matrix", &Player::squareMatrix},
+    {"record", &Player::record},
+    {"each pair", &Player::eachPair},
+    {"text", &Player::text},
     {"vector sizes", &Player::vectorSizes},
     {"vector backup", &Player::vectorBackup},
     {"vector figures", &Player::vectorFigures},
     {"vector ownership", &Player::vectorOwnership},
+    {"vector's own arrays", &Player::vectorOwnArrays},
+    {"vector pieces", &Player::vectorPieces},
+    {"vector fields", &Player::vectorFields},
+    {"vector copies", &Player::vectorCopies},
+    {"vector record", &Player::vectorRecord},
     {"package counts", &Player::packageCounts},
     {"package get", &Player::packageGet},
     {"package delete", &Player::packageDelete},
@@ -70,6 +82,13 @@ const Player::Call Player::s_calls[] = {
     {"package one class", &Player::packageOne},
     {"package sums", &Player::packageSums},
     {"package names", &Player::packageNames},
+    {"package labels", &Player::packageLabels},
+    {"package views", &Player::packageViews},
+    {"package accumulate", &Player::packageAccumulate},
+    {"package empty", &Player::packageEmpty},
+    {"other package", &Player::packageOther},
+    {"package viewers", &Player::packageViewers},
+    {"package record", &Player::packageRecord},
     {"group counts", &Player::groupCounts},
     {"group get", &Player::groupGet},
     {"group delete", &Player::groupDelete},
@@ -78,6 +97,14 @@ const Player::Call Player::s_calls[] = {
     {"summary", &Player::groupSummary},
     {"group sums", &Player::groupSums},
     {"group sizes", &Player::groupSizes},
+    {"group labels", &Player::groupLabels},
+    {"group views", &Player::groupViews},
+    {"group ranges", &Player::groupRanges},
+    {"group accumulate", &Player::groupAccumulate},
+    {"one by one", &Player::groupOneByOne},
+    {"watched", &Player::groupWatched},
+    {"group viewers", &Player::groupViewers},
+    {"group record", &Player::groupRecord},
 };
 
 std::string Player::play() {
@@ -134,6 +161,7 @@ void Player::compareVector(const RealVector& real, const plain::Vector& model, I
     equal(("m_curIdx" + where).c_str(), real.m_curIdx, model.curIdx);
     equal(("m_chnlA" + where).c_str(), real.m_chnlA, model.chnlA);
     equal(("m_chnlB" + where).c_str(), real.m_chnlB, model.chnlB);
+    equal(("m_pairFlag" + where).c_str(), Int(real.m_pairFlag), Int(model.pairFlag));
     if (!m_wrong.empty()) return;
     for (Int t = 0; t < model.size(); ++t) {
         const std::string one = "value " + std::to_string(t) + where;
@@ -143,6 +171,30 @@ void Player::compareVector(const RealVector& real, const plain::Vector& model, I
         const std::string one = "backup " + std::to_string(t) + where;
         equal(one.c_str(), real.m_bkData[t], (*model.backup)[static_cast<std::size_t>(t)]);
     }
+}
+
+// The members that nothing interprets, in the order of the plain counterpart.
+constexpr int CSnsCohData::*carriedInts[] = {
+    &CSnsCohData::m_headerInt0,  &CSnsCohData::m_headerInt1,  &CSnsCohData::m_headerInt2,
+    &CSnsCohData::m_headerInt3,  &CSnsCohData::m_headerInt5,  &CSnsCohData::m_headerInt6,
+    &CSnsCohData::m_headerInt7,  &CSnsCohData::m_headerInt8,  &CSnsCohData::m_headerInt10,
+    &CSnsCohData::m_headerInt11, &CSnsCohData::m_headerInt12, &CSnsCohData::m_headerInt13};
+constexpr __int64 CSnsCohData::*carriedLongs[] = {
+    &CSnsCohData::m_headerLong0, &CSnsCohData::m_headerLong1, &CSnsCohData::m_headerLong3,
+    &CSnsCohData::m_headerLong4, &CSnsCohData::m_headerLong5};
+constexpr double CSnsCohData::*carriedReals[] = {
+    &CSnsCohData::m_headerReal0, &CSnsCohData::m_headerReal1, &CSnsCohData::m_headerReal2};
+constexpr COLORREF CSnsCohData::*colours[] = {
+    &CSnsCohData::m_basicColor, &CSnsCohData::m_activeColor, &CSnsCohData::m_suppressiveColor};
+
+void Player::carriedFields() {
+    const Both both = orNew();
+    const int number = m_in.below(256);
+    both.real->*carriedInts[number % 12] = both.model->ints[number % 12] = number - 99;
+    both.real->*carriedLongs[number % 5] = both.model->longs[number % 5] = Int(number) << 33;
+    both.real->*carriedReals[number % 3] = both.model->reals[number % 3] = m_in.value();
+    both.model->colours[number % 3] = static_cast<unsigned>(number) << 8;
+    both.real->*colours[number % 3] = static_cast<COLORREF>(number) << 8;
 }
 
 void Player::compareDataset(const Real* real, const plain::Dataset* model) {
@@ -173,12 +225,29 @@ void Player::compareDataset(const Real* real, const plain::Dataset* model) {
     equal("m_showRangeMid", real->m_showRangeMid, model->showMid);
     equal("m_cxcName", real->m_cxcName, model->name);
     equal("m_cxcCmptInfo", real->m_cxcCmptInfo, model->note);
+    equal("m_chnlTypeID", Int(real->m_chnlTypeID), Int(model->channelType));
+    for (int i = 0; i < 12; ++i)
+        equal("carried", Int(real->*carriedInts[i]), Int(model->ints[i]));
+    for (int i = 0; i < 5; ++i)
+        equal("carried", real->*carriedLongs[i], model->longs[i]);
+    for (int i = 0; i < 3; ++i) {
+        equal("carried", real->*carriedReals[i], model->reals[i]);
+        equal("colour", Int(real->*colours[i]), Int(model->colours[i]));
+    }
     equal("grid", Int(real->m_mCC != nullptr), Int(model->grid.has_value()));
     if (!m_wrong.empty()) return;
     for (Int r = 0; r < model->realRows(); ++r) {
         for (Int c = 0; c < model->realCols(); ++c)
             compareVector(real->m_mCC[r][c], *model->cell(r, c), r, c);
     }
+}
+
+template <class Holder>
+void Player::compareLabels(const Holder& real, const plain::Labels& model) {
+    equal("m_pkgID", Int(real.m_pkgID), Int(model.id));
+    equal("m_pkgName", real.m_pkgName, model.name);
+    equal("m_pkgInfo", real.m_pkgInfo, model.info);
+    equal("m_pkgShow", Int(real.m_pkgShow), Int(model.show));
 }
 
 void Player::compareAll() {
@@ -188,6 +257,10 @@ void Player::compareAll() {
         compareDataset(slots[cls], slot ? &*slot : nullptr);
     }
     equal("current class", Int(m_package.m_curntCohDataSetID), Int(m_plainPackage.current));
+    compareLabels(m_package, m_plainPackage.labels);
+    equal("package operation", Int(m_package.m_actCtlOperation), Int(m_plainPackage.operation));
+    compareLabels(m_group, m_plainGroup.labels);
+    equal("group operation", Int(m_group.m_actCtlOperation), Int(m_plainGroup.operation));
     equal("entries", m_group.getTotalCohDataset(), Int(m_plainGroup.total()));
     equal("current entry", Int(m_group.m_curntCohDataSetID), Int(m_plainGroup.current));
     if (!m_wrong.empty()) return;

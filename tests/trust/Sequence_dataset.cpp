@@ -191,16 +191,19 @@ void Player::toMatrices() {
     const bool possible = model.grid && (own || count > model.slices) &&
                           (model.rows >= 1 || (own ? model.slices : count) < 1);
     equal("getData2MCohTimSnsSns", Int(status), Int(possible));
-    if (status == 0 || !m_wrong.empty()) return;
-    for (Int t = 0; t < model.slices; ++t) {
-        equal("rows of a matrix", given[t].getRow(), model.rows);
-        equal("columns of a matrix", given[t].getCol(), model.rows);
+    if (status != 0) compareMatrices(given, model);
+}
+
+void Player::compareMatrices(CMMatrix2Dzq* real, const plain::Dataset& model) {
+    for (Int t = 0; t < model.slices && m_wrong.empty(); ++t) {
+        equal("rows of a matrix", real[t].getRow(), model.rows);
+        equal("columns of a matrix", real[t].getCol(), model.rows);
         for (Int r = 0; r < model.rows && m_wrong.empty(); ++r) {
             for (Int c = 0; c < model.rows; ++c) {
                 const plain::Vector* const vector = model.cell(r, c);
                 const bool there = vector != nullptr && t < vector->size();
                 const double wanted = there ? (*vector->data)[static_cast<std::size_t>(t)] : 0.0;
-                equal("element of a matrix", given[t].getDataPP()[r][c], wanted);
+                equal("element of a matrix", real[t].getDataPP()[r][c], wanted);
             }
         }
     }
@@ -339,6 +342,52 @@ void Player::add() {
 void Player::accumulate() {
     const Both both = orNew();
     equal("accumulateTime1", Int(both.real->accumulateTime1()), Int(both.model->accumulate()));
+}
+
+void Player::labels() {
+    const Both both = orNew();
+    both.real->m_cxcName = label(both.model->name);
+    both.real->m_cxcCmptInfo = label(both.model->note);
+    both.real->m_chnlTypeID = both.model->channelType = m_in.below(7) - 1;
+    equal("getChnlTypeIDname", both.real->getChnlTypeIDname(), both.model->channelTypeName());
+    equal("getCxcCmptInfo", both.real->getCxcCmptInfo(), both.model->note);
+    bool shown = !both.model->show;
+    equal("getCohAnaDataTscsInfo", Int(both.real->getCohAnaDataTscsInfo(shown)), Int(1));
+    equal("shown", Int(shown), Int(both.model->show));
+    equal("getMCC4class", Int(both.real->getMCC4class() == both.real->m_mCC), Int(1));
+}
+
+void Player::copies() {
+    const Both both = orNew();
+    const Both other = orNew();
+    Real copy(*both.real);
+    compareDataset(&copy, both.model);
+    copy.m_mCC = nullptr;
+    if (other.real == both.real) return;
+    equal("cleanSnsCohData", Int(other.real->cleanSnsCohData()), Int(1));
+    *other.real = *both.real;
+    *other.model = *both.model;
+    compareDataset(other.real, other.model);
+    // One of the two keeps the grid.
+    const Both& without = m_in.flag() ? both : other;
+    without.real->m_mCC = nullptr;
+    without.model->grid.reset();
+}
+
+void Player::squareMatrix() {
+    const int n = m_in.smallIndex(5);
+    // No machine has the memory for the largest one.
+    const bool tooLarge = n > 100;
+    if (tooLarge) m_messages.push_back("Is memory enough?!");
+    double** const made = Real::s_newCohData(n);
+    equal("s_newCohData", Int(made != nullptr), Int(n > 0 && !tooLarge));
+    for (int r = 0; made != nullptr && r < n; ++r) {
+        for (int c = 0; c < n; ++c) {
+            equal("element", made[r][c], 0.0);
+            made[r][c] = 1.0;
+        }
+    }
+    equal("s_freeCohData", Int(Real::s_freeCohData(n, made)), Int(made != nullptr));
 }
 
 }  // namespace test

@@ -1,5 +1,7 @@
 #include "tests/trust/Player.h"
 
+#include "cxcpkg/across_datasets.h"
+
 #include <algorithm>
 
 namespace test {
@@ -29,7 +31,8 @@ void Player::groupDelete() {
     const int id = m_in.smallIndex(m_plainGroup.total());
     if (m_in.below(16) == 0) {
         equal("cleanSnsCohPkg", Int(m_group.cleanSnsCohPkg()), Int(1));
-        m_plainGroup = plain::Group();
+        m_plainGroup.entries.clear();
+        m_plainGroup.current = -1;
         return;
     }
     equal("deleteCohDataset", Int(m_group.deleteCohDataset(id)), Int(m_plainGroup.erase(id)));
@@ -90,6 +93,113 @@ void Player::groupSizes() {
     for (plain::Slot& entry : m_plainGroup.entries) {
         if (entry) entry->show = show != 0;
     }
+}
+
+void Player::groupLabels() {
+    writeLabels(m_group, m_plainGroup.labels);
+    m_group.m_actCtlOperation = m_plainGroup.operation = m_in.below(6) - 1;
+    equal("getCurntCohDataSetID", Int(m_group.getCurntCohDataSetID()), Int(m_plainGroup.current));
+}
+
+void Player::groupViews() {
+    const int id = m_in.smallIndex(m_plainGroup.total());
+    equal("hasCohTimeData4Show", Int(m_group.hasCohTimeData4Show()), Int(m_plainGroup.total() > 0));
+    // -1 stands for the current one, which is none itself where it is -1.
+    const bool current = m_plainGroup.get(m_plainGroup.current) != nullptr;
+    equal("hasCohData4show", Int(m_group.hasCohData4show()), Int(current));
+    equal("getCxcDataName4Id", m_group.getCxcDataName4Id(id), current ? "None" : "");
+    equal("getSnsCohMtx4class", Int(m_group.getSnsCohMtx4class(id) != nullptr), Int(0));
+    equal("getLatency4PtSecond", m_group.getLatency4PtSecond(id), 0.0);
+}
+
+void Player::groupRanges() {
+    const int id = m_in.smallIndex(m_plainGroup.total());
+    plain::Dataset* const entry = m_plainGroup.get(id);
+    const Int slices = entry == nullptr ? 3 : entry->slices;
+    const Int first = m_in.index(slices);
+    const Int last = m_in.index(slices);
+    equal("checkSelect4Class", Int(m_group.checkSelect4Class(first, last, id)),
+          Int(entry == nullptr ? 0 : entry->checkSelect(first, last)));
+    double ends[4] = {7.0, 7.0, 0.0, 0.0};
+    const bool useTime = m_in.flag();
+    const int noDiagonal = m_in.below(3);
+    const int wanted = entry == nullptr
+                           ? 0
+                           : entry->signedRange(ends[2], ends[3], useTime, -1, -1, noDiagonal != 0);
+    equal("getSnsCohRange", Int(m_group.getSnsCohRange(id, ends[0], ends[1], useTime, noDiagonal)),
+          Int(wanted));
+    equal("min", ends[0], ends[2]);
+    equal("max", ends[1], ends[3]);
+}
+
+void Player::groupAccumulate() {
+    const Both both = chosen();
+    equal("accumulateTrlCoh", Int(m_group.accumulateTrlCoh(both.real)),
+          Int(m_plainPackage.accumulate(both.model)));
+}
+
+// What average and summary do, one dataset after the other.
+void Player::groupOneByOne() {
+    const plain::Group::Largest sizes = m_plainGroup.largest();
+    if (!sizes.any()) return;
+    Real real[3];
+    plain::Dataset model[3];
+    for (int i = 0; i < 3; ++i) {
+        equal("sized", Int(real[i].checkInitSnsCohData(sizes.rows, sizes.cols, sizes.slices, true)),
+              Int(model[i].checkInit(sizes.rows, sizes.cols, sizes.slices, true)));
+    }
+    const bool alone = m_in.flag();
+    const bool pairs = m_in.flag();
+    int count = 0;
+    for (int i = 0; i < m_plainGroup.total(); ++i) {
+        const Real* const entry = m_group.getCoherenceData(i);
+        if (entry == nullptr) continue;
+        cxc::Accumulation summary(real[0], real[1], real[2], count++ == 0);
+        cxc::Accumulation sums(real[1]);
+        cxc::Accumulation& taker = alone ? sums : summary;
+        if (!pairs) taker.take(*entry);
+        const plain::Dataset& shape = *m_plainGroup.get(i);
+        for (Int r = 0; pairs && r < std::min(shape.rows, shape.realRows()); ++r) {
+            for (Int c = 0; c < std::min(shape.cols, shape.realCols()); ++c)
+                taker.takePair(r, c, entry->m_mCC[r][c], entry->m_cohTimTotal);
+        }
+    }
+    cxc::sumsToMeans(real[1], count);
+    equal("datasets", Int(count), Int(m_plainGroup.summarise(sizes, model[0], model[1], model[2])));
+    compareDataset(&real[1], &model[1]);
+    if (alone) return;
+    compareDataset(&real[0], &model[0]);
+    compareDataset(&real[2], &model[2]);
+}
+
+void Player::groupWatched() {
+    if (m_plainGroup.total() >= mostEntries) return;
+    const bool summary = m_in.flag();
+    const Int stopAt = m_in.below(5);
+    std::vector<Int> asked;
+    std::vector<Int> expected;
+    cxc::watchRows([&](Int done, Int rows) {
+        asked.insert(asked.end(), {done, rows});
+        return done != stopAt;
+    });
+    const int status = summary ? m_group.summaryAll() : m_group.averageAll();
+    cxc::watchRows(nullptr);
+    plain::Group model = m_plainGroup;
+    int wanted = summary ? model.summary() : model.average();
+    const Int rows = wanted == 0 ? 0 : model.entries.back()->rows;
+    const bool stopped = stopAt >= 1 && stopAt <= rows;
+    for (Int done = 1; done <= (stopped ? stopAt : rows); ++done)
+        expected.insert(expected.end(), {done, rows});
+    if (stopped)
+        wanted = 0;
+    else
+        m_plainGroup = model;
+    equal("watched result", Int(status), Int(wanted));
+    if (asked != expected) differ("the rows that the watcher is asked about");
+}
+
+void Player::groupViewers() {
+    playViewers(m_group, m_plainGroup.viewers);
 }
 
 }  // namespace test

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <memory>
 
 namespace test {
 
@@ -156,6 +157,62 @@ void Player::packageNames() {
           Int(m_package.getSnsCohRange(asked, ends[0], ends[1], useTime, noDiagonal)), Int(wanted));
     equal("min", ends[0], ends[2]);
     equal("max", ends[1], ends[3]);
+}
+
+void Player::packageLabels() {
+    writeLabels(m_package, m_plainPackage.labels);
+    m_package.m_actCtlOperation = m_plainPackage.operation = m_in.below(6) - 1;
+    equal("getCurntCohDataSetID", Int(m_package.getCurntCohDataSetID()),
+          Int(m_plainPackage.current));
+}
+
+void Player::packageViews() {
+    equal("hasCohData4show", Int(m_package.hasCohData4show()),
+          Int(m_plainPackage.hasCurrent(m_messages)));
+    equal("getLatency4PtSecond", m_package.getLatency4PtSecond(m_in.below(9)), 0.0);
+    const int cls = m_in.smallIndex(3);
+    const std::unique_ptr<CMMatrix2Dzq[]> matrices(m_package.getSnsCohMtx4class(cls));
+    const int resolved = cls == -1 ? m_plainPackage.current : cls;
+    const bool known = resolved >= 0 && resolved <= 2;
+    if (known) m_plainPackage.current = resolved;
+    const plain::Slot none;
+    const plain::Slot& slot = known ? m_plainPackage.slots[resolved] : none;
+    const bool wanted = slot && slot->grid && (slot->rows >= 1 || slot->slices < 1);
+    equal("getSnsCohMtx4class", Int(matrices != nullptr), Int(wanted));
+    if (matrices != nullptr && wanted) compareMatrices(matrices.get(), *slot);
+}
+
+void Player::packageAccumulate() {
+    const Both both = chosen();
+    equal("accumulateTrlCoh", Int(m_package.accumulateTrlCoh(both.real)),
+          Int(m_plainPackage.accumulate(both.model)));
+}
+
+void Player::packageEmpty() {
+    if (m_in.below(4) == 0) {
+        equal("cleanSnsCohPkg", Int(m_package.cleanSnsCohPkg()), Int(1));
+        for (plain::Slot& slot : m_plainPackage.slots)
+            slot.reset();
+        return;
+    }
+    const int cls = m_in.smallIndex(3);
+    const int resolved = cls == -1 ? m_plainPackage.current : cls;
+    const bool known = resolved >= 0 && resolved <= 2;
+    equal("setCohData", Int(m_package.setCohData(nullptr, cls)), Int(known));
+    if (known) m_plainPackage.slots[resolved].reset();
+}
+
+void Player::packageOther() {
+    CSnsCohFacezq other;
+    plain::Package model;
+    for (int cls = 0; cls < 3; ++cls) {
+        if (m_in.flag()) other.setCohData(makeReal(model.slots[cls].emplace()), cls);
+    }
+    equal("sumFace", Int(m_package.sumFace(other)), Int(m_plainPackage.sumFirstOf(model)));
+}
+
+void Player::packageViewers() {
+    playViewers(m_package, m_plainPackage.viewers);
 }
 
 }  // namespace test

@@ -99,4 +99,93 @@ void Player::vectorOwnership() {
     equal("setData", Int(real->setData(array, n)), Int(model->adopt(values)));
 }
 
+void Player::vectorOwnArrays() {
+    plain::Vector* model = nullptr;
+    const Both both = orNew();
+    RealVector* const real = vectorOf(both, model);
+    if (real == nullptr) return;
+    const Int from = m_in.below(static_cast<int>(model->size()) + 1);
+    const Int n = m_in.below(static_cast<int>(model->size() - from) + 1);
+    std::vector<double> values;
+    switch (m_in.below(4)) {
+        case 0:
+            if (!model->data) return;
+            values.assign(model->data->begin(), model->data->begin() + n);
+            equal("setData", Int(real->setData(real->m_data, n)), Int(model->adopt(values)));
+            break;
+        case 1:
+            // What is adopted must not be longer than the dataset.
+            if (!model->backup || real->m_bkSize > both.model->slices) return;
+            equal("setData", Int(real->setData(real->m_bkData, real->m_bkSize)),
+                  Int(model->adopt(*model->backup)));
+            model->cleanBackup();
+            break;
+        case 2:
+            if (!model->data) return;
+            values.assign(model->data->begin() + from, model->data->begin() + from + n);
+            equal("copy2Mtx", Int(real->copy2Mtx(real->m_data + from, n)),
+                  Int(model->copyFrom(values)));
+            break;
+        default:
+            equal("copy2Mtx", Int(real->copy2Mtx(nullptr, n)), Int(0));
+    }
+}
+
+void Player::vectorPieces() {
+    plain::Vector* model = nullptr;
+    RealVector* const real = vectorOf(orNew(), model);
+    if (real == nullptr) return;
+    equal("getSize", real->getSize(), model->size());
+    equal("getData", Int(real->getData() == real->m_data), Int(1));
+    const int size = static_cast<int>(model->size());
+    const int from = m_in.below(size + 1);
+    const int to = m_in.below(size + 1);
+    const double value = m_in.value();
+    if (size < 1) return;
+    if (m_in.flag()) {
+        // The value may be one of those that are written.
+        const bool own = m_in.flag();
+        const double written = own ? (*model->data)[0] : value;
+        real->set_(real->m_data + from, real->m_data + to, own ? real->m_data[0] : value);
+        for (int t = from; t < to; ++t)
+            (*model->data)[static_cast<std::size_t>(t)] = written;
+        real->set_(nullptr, nullptr, value);
+        return;
+    }
+    const int n = m_in.below(size - std::max(from, to) + 2) - 1;
+    real->copy_(real->m_data + to, real->m_data + from, n);
+    real->copy_(nullptr, real->m_data, n);
+    real->copy_(real->m_data, nullptr, n);
+    const std::vector<double> before = *model->data;
+    for (int t = 0; t < n; ++t)
+        (*model->data)[static_cast<std::size_t>(to + t)] =
+            before[static_cast<std::size_t>(from + t)];
+}
+
+void Player::vectorFields() {
+    plain::Vector* model = nullptr;
+    RealVector* const real = vectorOf(orNew(), model);
+    if (real == nullptr) return;
+    const int number = m_in.below(256);
+    real->m_curIdx = model->curIdx = number - 100;
+    real->m_chnlA = model->chnlA = Int(number) << 34;
+    real->m_chnlB = model->chnlB = -number;
+    model->pairFlag = 257 * number;
+    real->m_pairFlag = static_cast<unsigned short>(257 * number);
+}
+
+void Player::vectorCopies() {
+    plain::Vector* model = nullptr;
+    RealVector* const real = vectorOf(orNew(), model);
+    if (real == nullptr) return;
+    RealVector copy(*real);
+    compareVector(copy, *model, 0, 0);
+    copy.deRefData();
+    copy.m_bkData = nullptr;
+    copy = *real;
+    compareVector(copy, *model, 0, 0);
+    copy.deRefData();
+    copy.m_bkData = nullptr;
+}
+
 }  // namespace test
