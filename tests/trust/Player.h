@@ -45,6 +45,11 @@ public:
         if (chosen < 2 * count) return values[chosen % count];
         return (static_cast<double>(chosen) - 140.0) * 0.37 + static_cast<double>(byte()) * 1e-3;
     }
+    double valueOrNaN() {
+        constexpr double nan = std::numeric_limits<double>::quiet_NaN();
+        if (below(4) != 0) return value();
+        return flag() ? -nan : nan;
+    }
     // Around the ends of a range of `count`, and far beyond.
     Int index(Int count) {
         const int chosen = static_cast<int>(byte());

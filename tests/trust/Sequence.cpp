@@ -319,6 +319,8 @@ CSnsCohDatazq* Player::makeReal(plain::Dataset& model) {
 }
 
 void Player::fill(const Both& both) {
+    // In some there are so many NaNs that they meet those of others.
+    const bool manyNaNs = m_in.below(8) == 0;
     for (Int r = 0; r < both.model->realRows(); ++r) {
         for (Int c = 0; c < both.model->realCols(); ++c) {
             plain::Vector& model = *both.model->cell(r, c);
@@ -326,7 +328,8 @@ void Player::fill(const Both& both) {
             model.chnlA = real.m_chnlA = 1 + r;
             model.chnlB = real.m_chnlB = 101 + c;
             for (Int t = 0; t < model.size(); ++t)
-                real.m_data[t] = (*model.data)[static_cast<std::size_t>(t)] = m_in.value();
+                real.m_data[t] = (*model.data)[static_cast<std::size_t>(t)] =
+                    manyNaNs ? m_in.valueOrNaN() : m_in.value();
         }
     }
 }

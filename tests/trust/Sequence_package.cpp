@@ -205,8 +205,18 @@ void Player::packageEmpty() {
 void Player::packageOther() {
     CSnsCohFacezq other;
     plain::Package model;
+    // Of other sizes there would hardly be a sum.
+    const Both like = orNew();
     for (int cls = 0; cls < 3; ++cls) {
-        if (m_in.flag()) other.setCohData(makeReal(model.slots[cls].emplace()), cls);
+        if (!m_in.flag()) continue;
+        plain::Dataset& dataset = model.slots[cls].emplace();
+        auto* const real = new Real;
+        other.setCohData(real, cls);
+        equal("sized",
+              Int(real->checkInitSnsCohData(like.model->rows, like.model->cols, like.model->slices,
+                                            true)),
+              Int(dataset.checkInit(like.model->rows, like.model->cols, like.model->slices, true)));
+        fill({real, &dataset});
     }
     equal("sumFace", Int(m_package.sumFace(other)), Int(m_plainPackage.sumFirstOf(model)));
 }
