@@ -110,6 +110,7 @@ private:
     CSnsCohDatazq* makeReal(plain::Dataset& model);
     void fill(const Both& both);
     plain::Matrix matrix(CMMatrix2Dzq& real, Int n);
+    void makeActiveAndControl();
     void takeNaNsOfProducts();
     CString label(std::string& model);
     template <class Holder>

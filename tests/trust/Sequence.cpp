@@ -320,7 +320,7 @@ CSnsCohDatazq* Player::makeReal(plain::Dataset& model) {
 
 void Player::fill(const Both& both) {
     // In some there are so many NaNs that they meet those of others.
-    const bool manyNaNs = m_in.below(8) == 0;
+    const bool manyNaNs = m_in.below(4) == 0;
     for (Int r = 0; r < both.model->realRows(); ++r) {
         for (Int c = 0; c < both.model->realCols(); ++c) {
             plain::Vector& model = *both.model->cell(r, c);

@@ -63,6 +63,21 @@ void Player::packageDelete() {
     if (known) m_plainPackage.slots[resolved].reset();
 }
 
+// Of one size, so that they can be combined. Chance alone hardly ever has both.
+void Player::makeActiveAndControl() {
+    if (!m_plainPackage.slots[0])
+        m_package.setCohData(makeReal(m_plainPackage.slots[0].emplace()), 0);
+    if (!m_plainPackage.slots[1])
+        m_package.setCohData(makeReal(m_plainPackage.slots[1].emplace()), 1);
+    const plain::Dataset& active = *m_plainPackage.slots[0];
+    plain::Dataset& control = *m_plainPackage.slots[1];
+    const Int slices = 1 + m_in.below(2);
+    equal("sized",
+          Int(m_package.m_cohControl->checkInitSnsCohData(active.rows, active.cols, slices, true)),
+          Int(control.checkInit(active.rows, active.cols, slices, true)));
+    fill({m_package.m_cohControl, &control});
+}
+
 // Which of two NaNs their product is, is open.
 void Player::takeNaNsOfProducts() {
     const plain::Slot& active = m_plainPackage.slots[0];
@@ -89,6 +104,7 @@ void Player::packageCombine() {
     m_package.m_actCtlOperation = m_plainPackage.operation = m_in.below(5);
     const bool yes = m_in.below(4) != 0;
     m_app.question = yes ? IDYES : IDNO;
+    if (m_in.flag()) makeActiveAndControl();
     // What an unknown operation leaves is open.
     if (m_plainPackage.operation > 3 && m_plainPackage.slots[2]) return;
     const int status = m_plainPackage.combine(yes, m_messages);
@@ -97,6 +113,7 @@ void Player::packageCombine() {
 }
 
 void Player::packageMatch() {
+    if (m_in.flag()) makeActiveAndControl();
     Int real[4] = {};
     Int model[4] = {};
     for (int i = 0; i < 4; ++i)
