@@ -6,6 +6,7 @@
 #include "cxcpkg/dataset_owner.h"
 #include "cxcui/child_placement.h"
 #include "cxcui/list_setup.h"
+#include "cxcui/rows_with_pairs.h"
 #include "cxcui/selection_step.h"
 #include "res/resource.h"
 #include "siblings/commonui/CDlgInputString.h"
@@ -159,8 +160,10 @@ void CDlgSnsCohManager::refreshRows() {
     const CSnsCohDatazq* const current = currentDataset();
     if (witness.ended()) return;
     if (current != nullptr && current->m_mCC != nullptr) {
-        // A file may claim more rows than there are.
-        const __int64 rows = std::min(current->m_snsRowTotal, cxc::grid::rows(current->m_mCC));
+        // A file may claim more rows than there are, and many without a pair.
+        const __int64 rows =
+            std::min({current->m_snsRowTotal, cxc::grid::rows(current->m_mCC),
+                      cxc::rowsWithPairs(current->m_mCC) + cxc::mostRowsWithoutPairs});
         for (__int64 r = 0; r < rows; ++r) {
             const CWavChnlChnlDatazq* const pair = cxc::grid::cell(current->m_mCC, r, 0);
             CString text;

@@ -6,17 +6,10 @@
 #include "cxcpkg/CSnsCohFace.h"
 #include "cxcui/filling.h"
 #include "cxcui/list_setup.h"
+#include "cxcui/rows_with_pairs.h"
 #include "cxcui/still_there.h"
 
 #include <algorithm>
-
-namespace {
-
-// The count of rows is a field that a file may set to anything. Rows that have no pair show zeros,
-// and so many of them are shown in no time that a user would notice.
-constexpr __int64 mostRowsBeyondTheGrid = 1000;
-
-}  // namespace
 
 IMPLEMENT_DYNAMIC(CListSnsCohDatazq, CListCtrl)
 
@@ -64,7 +57,7 @@ int CListSnsCohDatazq::rowCount() const {
     // Read as a 32-bit number, deliberately.
     const int wanted = std::max(static_cast<int>(m_dataset->m_snsRowTotal), 0);
     const __int64 most =
-        std::max(cxc::grid::rows(table), cxc::grid::cols(table)) + mostRowsBeyondTheGrid;
+        std::max(cxc::rowsWithPairs(table), cxc::grid::cols(table)) + cxc::mostRowsWithoutPairs;
     return static_cast<int>(std::min<__int64>(wanted, most));
 }
 

@@ -26,7 +26,8 @@ public:
 
     /// Shows the dataset anew: deliberately one row per row sensor of the dataset, although rows
     /// stand for column sensors, so that a row may have no pair and shows zeros. At most 1,000
-    /// more rows than the grid has rows or columns, and none without a grid.
+    /// more rows than the grid has rows or columns, those of a grid without columns not counted,
+    /// and none without a grid.
     /// Returns 1; 0 without a dataset, and then the old rows stay.
     int refill();
 

@@ -236,8 +236,12 @@ Dataset::Dataset() {
     set(37, Bytes().i32(1).str());
 }
 
+const std::string& Dataset::field(int item) const {
+    return fields[indexOf(item)];
+}
+
 long long Dataset::number(int item) const {
-    return numberIn<long long>(fields[indexOf(item)]);
+    return numberIn<long long>(field(item));
 }
 
 void Dataset::clean() {

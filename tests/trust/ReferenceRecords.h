@@ -63,6 +63,9 @@ struct Dataset {
 
     bool read(Reader& in);
     std::string stored() const;
+    /// Stored form of an item, of the first where it is a run; the number of one of eight bytes.
+    const std::string& field(int item) const;
+    long long number(int item) const;
 
 private:
     void clean();
@@ -70,7 +73,6 @@ private:
     bool readGridPart(Reader& in);
     bool readGrid(Reader& in);
     void read20080720(Reader& in);
-    long long number(int item) const;
     bool covered() const;
 };
 
