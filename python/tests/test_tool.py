@@ -82,6 +82,64 @@ def test_an_interrupt_ends_the_work_and_leaves_nothing(tmp_path):
     assert os.listdir(tmp_path) == ["large.cxc"]
 
 
+def test_a_terminal_that_is_closed_ends_the_work_and_leaves_nothing(tmp_path):
+    path = tmp_path / "large.cxc"
+    cxc.Dataset.from_array(np.zeros((200, 100, 100))).save(path)
+    out = tmp_path / "mean.cxc"
+    for under_nohup, code in [(False, 130), (True, 0)]:
+        answer = signal.SIG_IGN if under_nohup else signal.SIG_DFL
+        work = subprocess.Popen(
+            [TOOL, "average", *[path] * (50 if under_nohup else 3000), "-o", out],
+            stdout=subprocess.DEVNULL, preexec_fn=lambda: signal.signal(signal.SIGHUP, answer),
+        )  # fmt: skip
+        time.sleep(0.2)
+        work.send_signal(signal.SIGHUP)
+        assert work.wait(timeout=60) == code
+        assert out.exists() == under_nohup
+
+
+def test_processes_that_write_the_same_output_do_not_meet(files, tmp_path):
+    out = tmp_path / "o" / "mean.cxc"
+    out.parent.mkdir()
+    large = tmp_path / "large.cxc"
+    cxc.Dataset.from_array(np.ones((50, 100, 100))).save(large)
+    pair = [(large, (50, 100, 100)), (files[0], (4, 5, 5))]
+    for _ in range(5):
+        works = [
+            subprocess.Popen([TOOL, "average", path, "-o", out, "--force"], stderr=subprocess.PIPE)
+            for path, _ in pair * 4
+        ]
+        assert [(work.communicate()[1], work.returncode) for work in works] == [(b"", 0)] * 8
+        assert cxc.open(out).shape in [shape for _, shape in pair]
+        assert os.listdir(out.parent) == ["mean.cxc"]
+
+
+def test_a_name_may_be_as_long_as_the_system_allows(files, tmp_path):
+    out = tmp_path / ("n" * 251 + ".cxc")
+    assert run("average", *files, "-o", out).returncode == 0
+    assert len(cxc.open(out)) == 4
+
+
+def test_a_link_to_nothing_is_not_replaced(files, tmp_path):
+    link = tmp_path / "link.cxc"
+    link.symlink_to("nowhere")
+    for force in ([], ["--force"]):
+        result = run("average", *files, "-o", link, *force)
+        assert result.returncode == 1
+        assert result.stderr.endswith("link.cxc: is a symbolic link to nothing\n")
+    assert os.readlink(link) == "nowhere"
+
+
+@pytest.mark.parametrize("command", ["info", "verify", "average"])
+def test_a_pipe_is_no_file(files, tmp_path, command):
+    pipe = tmp_path / "pipe"
+    os.mkfifo(pipe)
+    out = ["-o", tmp_path / "mean.cxc"] if command == "average" else []
+    result = run(command, pipe, *out, timeout=10)
+    assert result.returncode == 1
+    assert result.stderr.endswith("pipe: is a device or a pipe, not a file\n")
+
+
 def test_nobody_reads_the_output(files):
     read, write = os.pipe()
     os.close(read)

@@ -64,6 +64,11 @@ void watchInterrupts() {
     // What cannot be watched ends the program as it always does.
     static_cast<void>(std::signal(SIGINT, noteInterrupt));
     static_cast<void>(std::signal(SIGTERM, noteInterrupt));
+#if defined(SIGHUP)
+    // The terminal is gone; under nohup that is no reason to end.
+    if (std::signal(SIGHUP, noteInterrupt) == SIG_IGN)
+        static_cast<void>(std::signal(SIGHUP, SIG_IGN));
+#endif
 }
 
 void checkInterrupted() {

@@ -49,7 +49,8 @@ private:
     std::size_t m_shown = 0;  // characters on the line
 };
 
-/// Notes an interrupt (Ctrl-C, or a polite request to end) from now on, instead of dying of it.
+/// Notes an interrupt (Ctrl-C, a polite request to end, the loss of the terminal) from now on,
+/// instead of dying of it.
 void watchInterrupts();
 /// Throws Interrupted after an interrupt.
 void checkInterrupted();

@@ -11,6 +11,7 @@
 #include <cctype>
 #include <cstring>
 #include <filesystem>
+#include <random>
 #include <system_error>
 
 namespace fs = std::filesystem;
@@ -77,7 +78,11 @@ Head headOf(CFile& file) {
 
 Head readHead(const std::string& path) {
     return about(path, [&] {
-        if (fs::is_directory(systemPath(path))) throw Error(path + ": is a folder");
+        const fs::file_status status = fs::status(systemPath(path));
+        if (fs::is_directory(status)) throw Error(path + ": is a folder");
+        // A pipe gives its bytes once, and opening it may wait forever.
+        if (fs::exists(status) && !fs::is_regular_file(status))
+            throw Error(path + ": is a device or a pipe, not a file");
         CFile file(utf16(path), CFile::modeRead | CFile::shareDenyNone);
         return headOf(file);
     });
@@ -144,13 +149,12 @@ unsigned long long load(Object& object, const std::string& path) {
     });
 }
 
-// A name beside `path` that nothing has.
+// A name beside `path` that nothing has, nor any other process takes; short, so that every name
+// that a file can have can be written.
 fs::path draftBeside(const fs::path& path) {
-    for (int n = 0;; ++n) {
-        fs::path draft = path;
-        draft += "." + std::to_string(n) + ".part";
-        if (!fs::exists(fs::symlink_status(draft))) return draft;
-    }
+    std::random_device random;
+    const auto number = (static_cast<unsigned long long>(random()) << 32) | random();
+    return path.parent_path() / ("." + std::to_string(number) + ".part");
 }
 
 }  // namespace
@@ -291,6 +295,8 @@ void requireFree(const std::string& path, bool force) {
         const fs::path named = systemPath(path);
         const bool exists = fs::exists(named);
         if (exists && !fs::is_regular_file(named)) throw Error(path + ": is not a file");
+        if (!exists && fs::is_symlink(fs::symlink_status(named)))
+            throw Error(path + ": is a symbolic link to nothing");
         if (exists && !force) throw Error(path + ": exists already; --force replaces it");
         const fs::path folder = named.parent_path();
         if (!folder.empty() && !fs::is_directory(folder))
