@@ -127,6 +127,13 @@ TEST_F(Tool, ExportWritesTheLibrarysText) {
                                 87));
 }
 
+TEST_F(Tool, ExportWritesTheNameThatIsGivenWhateverItsEnding) {
+    makeDataset("a.cxc", 2, 2);
+    ASSERT_EQ(run({"export", "@a.cxc", "-o", "@b.text"}).code, tool::done);
+    EXPECT_TRUE(exists("b.text"));
+    EXPECT_EQ(entries().size(), 2u);
+}
+
 TEST_F(Tool, ExportAsCsvIsRowByRowWithEveryDigit) {
     makeDataset("a.cxc", 2, 2, 1.0 / 3.0);
     EXPECT_EQ(run({"export", "@a.cxc", "--format", "csv", "-o", "@a.csv"}).code, tool::done);
@@ -562,7 +569,8 @@ TEST_F(Tool, AMemberOfPackagesAndGroupsIsTakenLikeADataset) {
               tool::done);
     const Result unclear = run({"average", "@g.cxcgrp", "-o", "@m.cxc"});
     EXPECT_EQ(unclear.code, tool::failed);
-    EXPECT_TRUE(has(unclear.err, "choose a dataset with --member: 0, 1\n")) << unclear.err;
+    EXPECT_TRUE(has(unclear.err, "choose a dataset with --member, or with cxc unpack: 0, 1\n"))
+        << unclear.err;
     ASSERT_EQ(run({"average", "@g.cxcgrp", "@a.cxc", "--member", "1", "-o", "@m.cxc"}).code,
               tool::done);
     EXPECT_EQ(cell(*open("m.cxc"), 1, 1, 0), cellValue(1, 1, 0) + 1.5);
@@ -570,6 +578,18 @@ TEST_F(Tool, AMemberOfPackagesAndGroupsIsTakenLikeADataset) {
         run({"select", "@p.cxcpkg", "--member", "control", "--slices", "1", "-o", "@s.cxc"}).code,
         tool::done);
     EXPECT_EQ(cell(*open("s.cxc"), 0, 1, 0), cellValue(1, 1, 0) + 3.0);
+}
+
+// As "$SENSORS" and "$OUT" of a script that has not set them.
+TEST_F(Tool, EmptyTextsAreWrongUsage) {
+    makeDataset("a.cxc", 2, 2);
+    for (const std::string option : {"--slices", "--sensors", "--rows", "--columns"})
+        EXPECT_EQ(run({"select", "@a.cxc", "-o", "@b.cxc", option, ""}).code, tool::wrongUsage)
+            << option;
+    for (const std::string command : {"average", "summary", "select", "pack"})
+        EXPECT_EQ(run({command, "@a.cxc", "-o", ""}).code, tool::wrongUsage) << command;
+    EXPECT_EQ(run({"combine", "@a.cxc", "@a.cxc", "-o", ""}).code, tool::wrongUsage);
+    EXPECT_EQ(entries().size(), 1u);
 }
 
 // Each is told before the files are read, which would be told, too.

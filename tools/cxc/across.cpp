@@ -259,7 +259,7 @@ void summary(const Options& options, const Console& console) {
 void addCommon(CLI::App* command, Options& options, const char* output) {
     command->add_option("FILE", options.files, "Datasets, taken in this order")->required();
     addMember(command, options.member);
-    command->add_option("-o,--output", options.out, output)->required();
+    command->add_option("-o,--output", options.out, output)->required()->check(notEmpty());
     command->add_flag("--force", options.force, "Replace existing outputs");
 }
 

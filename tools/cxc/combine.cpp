@@ -99,7 +99,8 @@ void addCombine(CLI::App& app, const Console& console) {
     command
         ->add_option("-o,--output", options->out,
                      "The result, or with the ending .cxcpkg the package of all three")
-        ->required();
+        ->required()
+        ->check(notEmpty());
     command
         ->add_option("--operation", options->operation,
                      "subtract, add, multiply or divide; default: subtract; a division by 0 "

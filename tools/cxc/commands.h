@@ -31,6 +31,9 @@ void addCompletion(CLI::App& app, const Console& console);
 /// Gives a command the option that says which dataset of a package or group is meant.
 void addMember(CLI::App* command, std::string& member);
 
+/// Refuses an empty text, which a variable of a script that is not set gives.
+const CLI::Validator& notEmpty();
+
 /// Runs the command line `arguments` (without the program's name) and returns the exit code.
 /// `bars`: a person watches err.
 int run(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err, bool bars);

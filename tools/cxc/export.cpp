@@ -95,9 +95,8 @@ void writeAs(const std::string& format, CSnsCohDatazq& dataset, const Options& o
 }
 
 void exportText(Options options) {
-    if (options.out.empty()) options.out = stemOf(options.in) + "." + options.format;
-    if (options.format == "text" && endingOf(options.out) == ".text")
-        options.out = stemOf(options.in) + ".txt";
+    if (options.out.empty())
+        options.out = stemOf(options.in) + (options.format == "text" ? ".txt" : ".csv");
     requireFree(options.out, options.force);
     const Record record(options.in);
     writeAs(options.format, record.chosen(options.member), options);

@@ -104,7 +104,9 @@ void addPack(CLI::App& app, const Console& console) {
     command->add_option("--active", options->classes[0], "Dataset of a package");
     command->add_option("--control", options->classes[1], "Dataset of a package");
     command->add_option("--act-ctl", options->classes[2], "Dataset of a package");
-    command->add_option("-o,--output", options->out, "The package or group")->required();
+    command->add_option("-o,--output", options->out, "The package or group")
+        ->required()
+        ->check(notEmpty());
     command->add_option("--name", options->name, "Its name; default: that of the file");
     command->add_option("--info", options->info, "Its descriptive text");
     command->add_flag("--force", options->force, "Replace an existing output");

@@ -242,7 +242,7 @@ CSnsCohDatazq& Record::chosen(const std::string& member) const {
         labels += (labels.empty() ? "" : ", ") + each.label;
     }
     throw Error(m_path + ": is a " + nameOf(m_heading.kind) +
-                "; choose a dataset with --member: " + labels);
+                "; choose a dataset with --member, or with cxc unpack: " + labels);
 }
 
 std::unique_ptr<CSnsCohDatazq> openDataset(const std::string& path, const std::string& member) {

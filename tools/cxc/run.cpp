@@ -33,6 +33,12 @@ void addMember(CLI::App* command, std::string& member) {
                         "Of a package: active, control, act-ctl; of a group: 0, 1, ...");
 }
 
+const CLI::Validator& notEmpty() {
+    static const CLI::Validator check(
+        [](std::string& text) { return std::string(text.empty() ? "is empty" : ""); }, "");
+    return check;
+}
+
 int run(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err,
         bool bars) {
     App application;

@@ -128,12 +128,16 @@ void addSelect(CLI::App& app, const Console& console) {
         app.add_subcommand("select", "Some slices and pairs of a dataset, as a dataset");
     command->add_option("FILE", options->in, "Dataset")->required();
     addMember(command, options->member);
-    command->add_option("-o,--output", options->out, "The result")->required();
-    command->add_option("--slices", options->slices, "FIRST-LAST, both included, from 0");
-    command->add_option("--sensors", options->sensors,
-                        "Rows and columns, from 1, such as 1,3,5-8, in this order");
-    command->add_option("--rows", options->rows, "Row sensors, where they are not the columns'");
-    command->add_option("--columns", options->columns, "Column sensors");
+    command->add_option("-o,--output", options->out, "The result")->required()->check(notEmpty());
+    command->add_option("--slices", options->slices, "FIRST-LAST, both included, from 0")
+        ->check(notEmpty());
+    command
+        ->add_option("--sensors", options->sensors,
+                     "Rows and columns, from 1, such as 1,3,5-8, in this order")
+        ->check(notEmpty());
+    command->add_option("--rows", options->rows, "Row sensors, where they are not the columns'")
+        ->check(notEmpty());
+    command->add_option("--columns", options->columns, "Column sensors")->check(notEmpty());
     command->add_flag("--force", options->force, "Replace an existing output");
     command->callback([options, &console] { select(*options, console); });
 }
