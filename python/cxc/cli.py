@@ -23,6 +23,7 @@ PICTURES = ("heat", "circle", "head", "seed", "course", "multiples")
 
 
 def main(arguments: Sequence[str] | None = None) -> int:
+    _have_streams()
     _bear_any_text()
     options = _parser().parse_args(arguments)
     try:
@@ -44,6 +45,13 @@ def main(arguments: Sequence[str] | None = None) -> int:
     except KeyboardInterrupt:
         _complain("interrupted")
         return 130
+
+
+def _have_streams() -> None:
+    """Those that were closed before the start swallow what is written."""
+    for name in ("stdout", "stderr"):
+        if getattr(sys, name) is None:
+            setattr(sys, name, open(os.devnull, "w", encoding="utf-8"))
 
 
 def _bear_any_text() -> None:

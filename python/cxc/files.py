@@ -49,6 +49,21 @@ def check_folder(folder: str) -> None:
         raise CommandError(f"{folder}: cannot be written to: {error.strerror}") from error
 
 
+def input_name(path: str | os.PathLike[str]) -> bytes:
+    """The name of a file to read, in the system's bytes.
+
+    Raises:
+        OSError: it is a device or a pipe, which gives its bytes once, or never.
+    """
+    name = os.fsencode(path)
+    mode = 0
+    with contextlib.suppress(OSError):  # opening it tells more
+        mode = os.stat(name).st_mode
+    if mode and not stat.S_ISREG(mode) and not stat.S_ISDIR(mode):
+        raise OSError(errno.EINVAL, "is a device or a pipe, not a file", os.fsdecode(path))
+    return name
+
+
 @contextlib.contextmanager
 def whole_file(
     path: str | os.PathLike, *, overwrite: bool = True, extension: str | None = None

@@ -6,6 +6,7 @@ import os
 
 from .containers import Group, Package
 from .dataset import Dataset
+from .files import input_name
 from .record import Progress
 
 _KINDS: dict[str, type[Dataset] | type[Package] | type[Group]] = {
@@ -25,6 +26,7 @@ def open_file(
     Raises:
         CxcError: as `Dataset.open`, also for files of no kind at all. OSError: no such file.
     """
+    input_name(path)
     with open(path, "rb") as file:
         kind = _KINDS.get(_first_string(file.read(40)), Dataset)
     return kind.open(path, progress=progress)

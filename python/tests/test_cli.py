@@ -197,6 +197,18 @@ def test_names_from_files_do_not_steer_the_terminal(tmp_path):
     assert not any(byte < 32 and byte != 10 for byte in result.stdout)
 
 
+def test_streams_may_be_closed(tmp_path):
+    path = tmp_path / "a.cxc"
+    cxc.Dataset.from_array(np.zeros((1, 2, 2))).save(path)
+    run = dict(capture_output=True, text=True)
+    shell = 'exec "$0" -m cxc info "$1" '
+    silent = subprocess.run(["sh", "-c", shell + ">&-", sys.executable, path], **run)
+    assert (silent.returncode, silent.stderr) == (0, "")
+    missing = tmp_path / "no.cxc"
+    wrong = subprocess.run(["sh", "-c", shell + "2>&-", sys.executable, missing], **run)
+    assert (wrong.returncode, wrong.stdout) == (1, "")
+
+
 def test_a_reader_that_goes_away_is_no_error_message(recording, tmp_path):
     output = tmp_path / "a.cxc"
     read, write = os.pipe()

@@ -376,3 +376,18 @@ def test_places_that_may_not_be_written_or_read_are_permission_errors(ordinary_f
             use()
         assert caught.value.filename == name
     assert os.listdir(ordinary_folder) == ["a.cxc"]
+
+
+@pytest.mark.parametrize("use", [cxc.open, cxc.Dataset.open, cxc.Package.open, cxc.Group.open])
+def test_a_pipe_is_refused_without_waiting_for_a_writer(tmp_path, use):
+    pipe = str(tmp_path / "pipe")
+    os.mkfifo(pipe)
+    # Somebody who holds both ends, so that opening it would not wait.
+    ends = os.open(pipe, os.O_RDWR)
+    try:
+        os.write(ends, text("MEGCOHPTS") + bytes(300))
+        with pytest.raises(OSError, match="is a device or a pipe") as caught:
+            use(pipe)
+    finally:
+        os.close(ends)
+    assert caught.value.filename == pipe
