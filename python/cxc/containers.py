@@ -13,6 +13,7 @@ from typing import TYPE_CHECKING, Any, Iterable, Iterator, TypeVar, overload
 from . import _core
 from .alike import describe_like, warn_of_differences
 from .dataset import Dataset
+from .files import input_name
 from .forwarded import forwarded
 from .record import Progress, Record
 
@@ -50,7 +51,7 @@ class _Container(Record):
     ) -> Container:
         """Reads a record of this kind; `progress` is in bytes."""
         container = cls()
-        container._core.load(os.fsencode(path), progress)
+        container._core.load(input_name(path), progress)
         return container
 
     def _describe(self, other: Container) -> Container:
@@ -145,7 +146,8 @@ class Package(_Container):
         """Combines every value of active with the one slice of control into act_ctl.
 
         The result has the description of active; UserWarning where control differs from it in
-        sensors, band or channel type.
+        sensors, band or channel type. A dataset that act_ctl holds already is written over and
+        returned; set act_ctl to None before to keep the result of an earlier call.
 
         Args:
             operation: "subtract", "add", "multiply" or "divide" (0 where control is 0).

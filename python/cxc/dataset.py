@@ -11,7 +11,7 @@ import numpy as np
 import numpy.typing as npt
 
 from . import _core
-from .files import whole_file
+from .files import input_name, whole_file
 from .forwarded import forwarded, forwarded_color
 from .labels import column_names, row_names, times_of, with_names
 from .record import Progress, Record
@@ -92,7 +92,8 @@ class Dataset(Record):
             raise ValueError("values must have the axes [slice, row, column]")
         if array.dtype.kind not in "fiu":
             raise ValueError(f"values must be real numbers, not {array.dtype}")
-        dataset = cls(_core.Dataset.from_array(array))
+        # The conversion is not left to the call, which would say nothing of missing memory.
+        dataset = cls(_core.Dataset.from_array(np.ascontiguousarray(array, dtype=np.float64)))
         dataset.sampling_rate = sampling_rate
         dataset.latency = latency
         dataset.band = band
@@ -111,13 +112,15 @@ class Dataset(Record):
         rows, columns = self.shape[1:]
         if numbers.shape != (rows,) or rows != columns:
             raise ValueError("one channel number for each sensor of a square dataset")
+        if not np.array_equal(numbers, channels):
+            raise ValueError("channel numbers are whole numbers")
         self.channels_a = np.repeat(numbers[:, np.newaxis], columns, axis=1)
         self.channels_b = np.repeat(numbers[np.newaxis, :], rows, axis=0)
 
     @classmethod
     def open(cls, path: str | os.PathLike[str], *, progress: Progress | None = None) -> Dataset:
         """Reads a `.cxc` file of any version the library knows; `progress` is in bytes."""
-        return cls(_core.Dataset.load(os.fsencode(path), progress))
+        return cls(_core.Dataset.load(input_name(path), progress))
 
     def export_text(
         self,
@@ -422,6 +425,8 @@ class Dataset(Record):
         last = len(self) - 1 if end is None else end
         if first < 0 or last < 0:
             raise IndexError("slices are counted from 0")
+        if first > last:
+            raise IndexError(f"no slices from {first} to {last}")
         return first, last
 
     def zero_diagonal(self) -> None:
@@ -524,6 +529,8 @@ def _position(sensor: int | str, names: list[str]) -> int:
         if names.count(sensor) > 1:
             raise IndexError(f"several sensors are named {sensor!r}; choose by index")
         return names.index(sensor)
+    if isinstance(sensor, bool):
+        raise TypeError("sensors are chosen by a mask as an array, not as a list")
     index = operator.index(sensor)
     if not -len(names) <= index < len(names):
         raise IndexError(f"there is no sensor {index}; they count from 0 to {len(names) - 1}")

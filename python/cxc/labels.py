@@ -53,7 +53,7 @@ def with_names(note: str, rows: Sequence[str], columns: Sequence[str]) -> str:
     """The note with these names of the sensors in place of those that it has.
 
     Raises:
-        ValueError: a name is empty or of more than one line.
+        ValueError: a name is empty or of more than one line, or it could not be told from two.
     """
     # Lines end where `_named` takes them to end, or older names would stay and be found first.
     lines = note.splitlines(keepends=True)
@@ -63,6 +63,9 @@ def with_names(note: str, rows: Sequence[str], columns: Sequence[str]) -> str:
     for name in (*rows, *columns):
         if len(name.splitlines()) != 1:
             raise ValueError(f"{name!r} cannot be the name of a sensor")
+    for names in (rows, columns):
+        if _names_in(numbered(names), len(names)) != list(names):
+            raise ValueError("names of sensors may not hold a comma and the next one's number")
     if list(rows) == list(columns):
         return kept + sensors_line(rows)
     return f"{kept}{_ROWS}{numbered(rows)}\n{_COLUMNS}{numbered(columns)}"

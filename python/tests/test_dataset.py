@@ -112,6 +112,11 @@ def test_masked_values_do_not_slip_in():
         cxc.Dataset.from_array(values)
 
 
+def test_more_values_than_memory_are_a_memory_error():
+    with pytest.raises(MemoryError):
+        cxc.Dataset.from_array(np.broadcast_to(0.0, (10**6, 20000, 20000)))
+
+
 def test_the_description_is_kept():
     dataset = cxc.Dataset.from_array(
         cube(4),
@@ -155,6 +160,8 @@ def test_channels_must_fit_the_sensors():
         cxc.Dataset.from_array(cube(), channels=[1, 2])
     with pytest.raises(ValueError):
         cxc.Dataset.from_array(cube(3, 5, 4), channels=[1, 2, 3, 4, 5])
+    with pytest.raises(ValueError, match="whole"):
+        cxc.Dataset.from_array(cube(), channels=[1, 2, 3, 4, 5.5])
     with pytest.raises(ValueError):
         cxc.Dataset.from_array(cube()).channels_a = np.zeros((2, 2), int)
 

@@ -83,8 +83,11 @@ def test_range_of_some_slices_leaves_the_cache(values):
     assert dataset.cached_range == (0.0, 0.0, 0.0)
     with pytest.raises(cxc.CxcError):
         dataset.range(0, values.shape[0])
-    with pytest.raises(IndexError):
-        dataset.range(-1, 0)
+    for begin, end in [(-1, 0), (2, 1)]:
+        with pytest.raises(IndexError):
+            dataset.range(begin, end)
+        with pytest.raises(IndexError):
+            dataset.abs_range(begin, end)
 
 
 def test_abs_range_caches_in_both_modes(values):

@@ -144,6 +144,8 @@ def test_a_sensor_is_chosen_once_and_slices_in_one_way(dataset):
         dataset.select(sensors="Cz")
     with pytest.raises(TypeError):
         dataset.select(sensors=[0.5])
+    with pytest.raises(TypeError, match="mask"):
+        dataset.select(sensors=[True, False])
     dataset.sensors = ["A", "B", "A"]
     with pytest.raises(IndexError, match="several sensors are named 'A'"):
         dataset.select(sensors=["A"])
@@ -157,7 +159,8 @@ def test_sensors_have_names_numbers_or_positions(dataset):
     assert plain.sensors == ["Left, front", "Cz"]
     assert cxc.Dataset.from_array(np.ones((1, 2, 2))).sensors == ["1", "2"]
     assert cxc.Dataset().sensors == []
-    for names in (["A"], ["A", ""], ["A", "B\nC"]):
+    # The last would come back as "A" and "B, 2 C".
+    for names in (["A"], ["A", ""], ["A", "B\nC"], ["A, 2 B", "C"]):
         with pytest.raises(ValueError):
             plain.sensors = names
 
