@@ -68,6 +68,16 @@ def test_csv_holds_every_digit(files, tmp_path):
     assert len(table) == values.size
 
 
+def wait_until_it_reads(work):
+    """Until the process is past its start and has read some of its files."""
+    reads = 0
+    while reads < 1 << 20:
+        assert work.poll() is None
+        time.sleep(0.01)
+        with open(f"/proc/{work.pid}/io", encoding="ascii") as told:
+            reads = int(told.readline().split()[1])
+
+
 def test_an_interrupt_ends_the_work_and_leaves_nothing(tmp_path):
     path = tmp_path / "large.cxc"
     cxc.Dataset.from_array(np.zeros((200, 100, 100))).save(path)
@@ -75,7 +85,7 @@ def test_an_interrupt_ends_the_work_and_leaves_nothing(tmp_path):
     work = subprocess.Popen(
         [TOOL, "average", *[path] * 3000, "-o", out], stderr=subprocess.PIPE, text=True
     )
-    time.sleep(0.5)
+    wait_until_it_reads(work)
     work.send_signal(signal.SIGINT)
     _, err = work.communicate(timeout=60)
     assert (work.returncode, err) == (130, "cxc: interrupted\n")
@@ -92,7 +102,7 @@ def test_a_terminal_that_is_closed_ends_the_work_and_leaves_nothing(tmp_path):
             [TOOL, "average", *[path] * (50 if under_nohup else 3000), "-o", out],
             stdout=subprocess.DEVNULL, preexec_fn=lambda: signal.signal(signal.SIGHUP, answer),
         )  # fmt: skip
-        time.sleep(0.2)
+        wait_until_it_reads(work)
         work.send_signal(signal.SIGHUP)
         assert work.wait(timeout=60) == code
         assert out.exists() == under_nohup
