@@ -5,6 +5,7 @@
 #include "cxcfile/fixed_decimal.h"
 #include "cxcfile/text_export.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <memory>
 #include <vector>
@@ -204,8 +205,10 @@ std::vector<Operation> operations(const Shape& shape) {
 }
 
 std::size_t datasetBytes(const Shape& shape) {
-    return static_cast<std::size_t>(shape.pairs()) * sizeof(CWavChnlChnlDatazq) +
-           shape.values() * sizeof(double) + static_cast<std::size_t>(shape.n) * sizeof(void*);
+    const std::size_t one = static_cast<std::size_t>(shape.pairs()) * sizeof(CWavChnlChnlDatazq) +
+                            shape.values() * sizeof(double) +
+                            static_cast<std::size_t>(shape.n) * sizeof(void*);
+    return one * static_cast<std::size_t>(std::max(1, shape.members));
 }
 
 }  // namespace bench

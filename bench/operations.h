@@ -20,7 +20,7 @@ struct Operation {
 /// The operations on a dataset, or on a group.
 std::vector<Operation> operations(const Shape& shape);
 
-/// Bytes of one dataset in memory, without what the allocator adds.
+/// Bytes of the dataset, or of all datasets of the group, without what the allocator adds.
 std::size_t datasetBytes(const Shape& shape);
 
 }  // namespace bench

@@ -63,9 +63,6 @@ inline TwoDoubles lowered(TwoDoubles least, TwoDoubles value) {
 inline TwoDoubles raised(TwoDoubles most, TwoDoubles value) {
     return TwoDoubles(_mm_max_pd(value.both, most.both));
 }
-inline bool anyNaN(TwoDoubles a) {
-    return _mm_movemask_pd(_mm_cmpunord_pd(a.both, a.both)) != 0;
-}
 /// sum + value, where of two NaNs the older one stays, as pass::plus has it.
 inline TwoDoubles plus(TwoDoubles sum, TwoDoubles value) {
     const __m128d old = _mm_cmpunord_pd(sum.both, sum.both);
@@ -133,9 +130,6 @@ inline TwoDoubles lowered(TwoDoubles least, TwoDoubles value) {
 inline TwoDoubles raised(TwoDoubles most, TwoDoubles value) {
     return {value.one > most.one ? value.one : most.one,
             value.two > most.two ? value.two : most.two};
-}
-inline bool anyNaN(TwoDoubles a) {
-    return std::isnan(a.one) || std::isnan(a.two);
 }
 inline TwoDoubles plus(TwoDoubles sum, TwoDoubles value) {
     return {std::isnan(sum.one) ? sum.one : sum.one + value.one,

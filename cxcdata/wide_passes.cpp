@@ -3,6 +3,7 @@
 #include "cxcdata/element_wise.h"
 #include "cxcdata/lane_kernel.h"
 #include "cxcdata/one_double.h"
+#include "cxcdata/several_arrays.h"
 #include "cxcdata/two_doubles.h"
 
 #include <algorithm>
@@ -134,6 +135,27 @@ void addArray(Width width, double* sums, const double* values, long long n) {
     static_cast<void>(width);
     static_cast<void>(many);
     elementWise(sums, values, n, [](TwoDoubles sum, TwoDoubles value) { return plus(sum, value); });
+}
+
+void addArrays(Width width, double* sums, const double* const* arrays, int count, long long n) {
+#if defined(CXC_WIDE_PASSES)
+    if (width == Width::eight) return detail::addArraysWithEight(sums, arrays, count, n);
+    if (width == Width::four) return detail::addArraysWithFour(sums, arrays, count, n);
+#endif
+    static_cast<void>(width);
+    addArraysOf<TwoDoubles>(sums, arrays, count, n);
+}
+
+void summariseArrays(Width width, double* least, double* sums, double* most,
+                     const double* const* arrays, int count, long long n) {
+#if defined(CXC_WIDE_PASSES)
+    if (width == Width::eight)
+        return detail::summariseArraysWithEight(least, sums, most, arrays, count, n);
+    if (width == Width::four)
+        return detail::summariseArraysWithFour(least, sums, most, arrays, count, n);
+#endif
+    static_cast<void>(width);
+    summariseArraysOf<TwoDoubles>(least, sums, most, arrays, count, n);
 }
 
 }  // namespace cxc::pass

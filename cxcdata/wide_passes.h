@@ -1,6 +1,6 @@
 // Passes with as many doubles together as the machine can work on: the accumulators for eight
-// vectors side by side, and one array added to another. A sum in a fixed order waits for the
-// addition before it; sums of different vectors need not wait for each other.
+// vectors side by side, and arrays that are taken into others element by element. A sum in a fixed
+// order waits for the addition before it; sums of different vectors need not wait for each other.
 #pragma once
 
 #include "cxcdata/accumulators.h"
@@ -36,6 +36,16 @@ CXC_API void takeMeans(Width width, Kind kind, const double* sizes, double* fiel
 /// Requires has(width).
 CXC_API void addArray(Width width, double* sums, const double* values, long long n);
 
+/// The same for `count` arrays, one after the other, none of which may be `sums`.
+CXC_API void addArrays(Width width, double* sums, const double* const* arrays, int count,
+                       long long n);
+
+/// addArrays, and in the same way least[t] and most[t] become the least and the greatest value of
+/// themselves and those of the arrays; the older one stays for equal values and for a NaN on either
+/// side.
+CXC_API void summariseArrays(Width width, double* least, double* sums, double* most,
+                             const double* const* arrays, int count, long long n);
+
 namespace detail {
 
 // Compiled for the machines that have them.
@@ -43,10 +53,16 @@ void addWithFour(Kind kind, First first, const double* const* vectors, long long
                  double* fields);
 void meansWithFour(Kind kind, const double* sizes, double* fields);
 void addArrayWithFour(double* sums, const double* values, long long n);
+void addArraysWithFour(double* sums, const double* const* arrays, int count, long long n);
+void summariseArraysWithFour(double* least, double* sums, double* most, const double* const* arrays,
+                             int count, long long n);
 void addWithEight(Kind kind, First first, const double* const* vectors, long long length,
                   double* fields);
 void meansWithEight(Kind kind, const double* sizes, double* fields);
 void addArrayWithEight(double* sums, const double* values, long long n);
+void addArraysWithEight(double* sums, const double* const* arrays, int count, long long n);
+void summariseArraysWithEight(double* least, double* sums, double* most,
+                              const double* const* arrays, int count, long long n);
 
 }  // namespace detail
 

@@ -9,6 +9,7 @@
 #include "cxcdata/eight_doubles.h"
 #include "cxcdata/element_wise.h"
 #include "cxcdata/lane_kernel.h"
+#include "cxcdata/several_arrays.h"
 
 namespace cxc::pass::detail {
 
@@ -24,6 +25,15 @@ void meansWithEight(Kind kind, const double* sizes, double* fields) {
 void addArrayWithEight(double* sums, const double* values, long long n) {
     elementWise<EightDoubles>(
         sums, values, n, [](EightDoubles sum, EightDoubles value) { return plus(sum, value); });
+}
+
+void addArraysWithEight(double* sums, const double* const* arrays, int count, long long n) {
+    addArraysOf<EightDoubles>(sums, arrays, count, n);
+}
+
+void summariseArraysWithEight(double* least, double* sums, double* most,
+                              const double* const* arrays, int count, long long n) {
+    summariseArraysOf<EightDoubles>(least, sums, most, arrays, count, n);
 }
 
 }  // namespace cxc::pass::detail

@@ -9,6 +9,7 @@
 #include "cxcdata/element_wise.h"
 #include "cxcdata/four_doubles.h"
 #include "cxcdata/lane_kernel.h"
+#include "cxcdata/several_arrays.h"
 
 namespace cxc::pass::detail {
 
@@ -24,6 +25,15 @@ void meansWithFour(Kind kind, const double* sizes, double* fields) {
 void addArrayWithFour(double* sums, const double* values, long long n) {
     elementWise<FourDoubles>(sums, values, n,
                              [](FourDoubles sum, FourDoubles value) { return plus(sum, value); });
+}
+
+void addArraysWithFour(double* sums, const double* const* arrays, int count, long long n) {
+    addArraysOf<FourDoubles>(sums, arrays, count, n);
+}
+
+void summariseArraysWithFour(double* least, double* sums, double* most, const double* const* arrays,
+                             int count, long long n) {
+    summariseArraysOf<FourDoubles>(least, sums, most, arrays, count, n);
 }
 
 }  // namespace cxc::pass::detail

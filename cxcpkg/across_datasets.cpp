@@ -31,29 +31,6 @@ bool goesOn(__int64 done, __int64 rows) {
 template <std::size_t Arrays>
 using Several = std::array<const double*, Arrays>;
 
-// sum and two values of each array, in order; of two NaNs the older one stays.
-template <std::size_t Arrays>
-TwoDoubles added(TwoDoubles sum, const Several<Arrays>& arrays, __int64 t) {
-    TwoDoubles fast = sum;
-    for (const double* const values : arrays)
-        fast = fast + TwoDoubles::load(values + t);
-    // NaNs are rare, and none goes away again: where there is one, the care is worth its time.
-    if (!anyNaN(fast)) return fast;
-    for (const double* const values : arrays)
-        sum = plus(sum, TwoDoubles::load(values + t));
-    return sum;
-}
-
-template <std::size_t Arrays>
-void add(double* sums, const Several<Arrays>& arrays, __int64 n) {
-    __int64 t = 0;
-    for (; t + 2 <= n; t += 2)
-        added(TwoDoubles::load(sums + t), arrays, t).store(sums + t);
-    for (const double* const values : arrays) {
-        if (t < n) sums[t] = pass::plus(sums[t], values[t]);
-    }
-}
-
 void divide(double* values, __int64 n, double divisor) {
     const TwoDoubles divisors(divisor, divisor);
     elementWise(values, values, n,
@@ -61,8 +38,7 @@ void divide(double* values, __int64 n, double divisor) {
 }
 
 // Minimum, sum and maximum in one pass. Where these are the first values of all, the extremes start
-// as those of the first array. The older extreme stays for equal values and for a NaN on either
-// side.
+// as those of the first array.
 template <std::size_t Arrays>
 void summarise(double* least, double* sums, double* most, const Several<Arrays>& arrays, __int64 n,
                bool first) {
@@ -70,25 +46,8 @@ void summarise(double* least, double* sums, double* most, const Several<Arrays>&
         std::copy_n(arrays[0], n, least);
         std::copy_n(arrays[0], n, most);
     }
-    __int64 t = 0;
-    for (; t + 2 <= n; t += 2) {
-        TwoDoubles low = TwoDoubles::load(least + t);
-        TwoDoubles high = TwoDoubles::load(most + t);
-        for (const double* const values : arrays) {
-            const TwoDoubles both = TwoDoubles::load(values + t);
-            low = lowered(low, both);
-            high = raised(high, both);
-        }
-        low.store(least + t);
-        added(TwoDoubles::load(sums + t), arrays, t).store(sums + t);
-        high.store(most + t);
-    }
-    for (const double* const values : arrays) {
-        if (t >= n) break;
-        least[t] = pass::lowered(least[t], values[t]);
-        sums[t] = pass::plus(sums[t], values[t]);
-        most[t] = pass::raised(most[t], values[t]);
-    }
+    pass::summariseArrays(pass::widest(), least, sums, most, arrays.data(),
+                          static_cast<int>(Arrays), n);
 }
 
 // Some datasets of the list, by one row: as many as fit on the stack.
@@ -300,8 +259,11 @@ void watchRows(RowWatcher watcher) {
 
 bool meanOf(const Together& from, CSnsCohDatazq& mean) {
     Results<1, 0> results(from);
-    const bool made = results.make([](const auto& row, __int64 c, const auto& arrays, __int64 n,
-                                      bool) { add(row[0][c].m_data, arrays, n); });
+    const bool made =
+        results.make([](const auto& row, __int64 c, const auto& arrays, __int64 n, bool) {
+            pass::addArrays(pass::widest(), row[0][c].m_data, arrays.data(),
+                            static_cast<int>(arrays.size()), n);
+        });
     if (made) results.handOver({&mean});
     return made;
 }

@@ -357,4 +357,92 @@ TEST(AddArray, AnArrayMayBeAddedToItselfAndNegativeLengthsAddNothing) {
     }
 }
 
+// A few arrays of n elements, and what lies behind the results.
+struct SeveralArrays {
+    SeveralArrays(std::size_t n, int count, unsigned seed) {
+        for (int k = 0; k < count; ++k) {
+            held.push_back(values(n, seed + 100 * static_cast<unsigned>(k + 1)));
+            arrays.push_back(held.back().data());
+        }
+    }
+    std::vector<std::vector<double>> held;
+    std::vector<const double*> arrays;
+};
+
+std::vector<double> withTail(std::vector<double> elements) {
+    elements.insert(elements.end(), 16, -77.0);
+    return elements;
+}
+
+void expectSame(const std::vector<double>& got, const std::vector<double>& expected) {
+    ASSERT_EQ(got.size(), expected.size());
+    for (std::size_t t = 0; t < got.size(); ++t)
+        ASSERT_TRUE(same(got[t], expected[t]))
+            << got[t] << " is not " << expected[t] << " at " << t;
+}
+
+// Calls use(width, n, arrays, results) with three results that have a tail.
+template <class Use>
+void onSeveralArrays(Use use) {
+    for (const Width width : widths()) {
+        for (std::size_t n = 0; n <= 27; ++n) {
+            for (int count = 0; count <= 7; ++count) {
+                for (unsigned seed = 0; seed < 6; ++seed) {
+                    SCOPED_TRACE(std::to_string(count) + " of " + std::to_string(n));
+                    const SeveralArrays several(n, count, seed);
+                    std::array<std::vector<double>, 3> results;
+                    for (unsigned f = 0; f < 3; ++f)
+                        results[f] = withTail(values(n, seed + 31 * f));
+                    use(width, n, several, results);
+                    if (testing::Test::HasFatalFailure()) return;
+                }
+            }
+        }
+    }
+}
+
+TEST(AddArrays, EveryWidthAddsThemInOrderToTheLastBitAndWritesNothingBehind) {
+    onSeveralArrays([](Width width, std::size_t n, const SeveralArrays& several, auto& results) {
+        std::vector<double> expected = results[0];
+        for (const std::vector<double>& array : several.held) {
+            for (std::size_t t = 0; t < n; ++t)
+                expected[t] = pass::plus(expected[t], array[t]);
+        }
+        pass::addArrays(width, results[0].data(), several.arrays.data(),
+                        static_cast<int>(several.arrays.size()), static_cast<long long>(n));
+        expectSame(results[0], expected);
+    });
+}
+
+TEST(SummariseArrays, EveryWidthTakesThemInOrderToTheLastBitAndWritesNothingBehind) {
+    onSeveralArrays([](Width width, std::size_t n, const SeveralArrays& several, auto& results) {
+        auto expected = results;
+        for (const std::vector<double>& array : several.held) {
+            for (std::size_t t = 0; t < n; ++t) {
+                expected[0][t] = pass::lowered(expected[0][t], array[t]);
+                expected[1][t] = pass::plus(expected[1][t], array[t]);
+                expected[2][t] = pass::raised(expected[2][t], array[t]);
+            }
+        }
+        pass::summariseArrays(width, results[0].data(), results[1].data(), results[2].data(),
+                              several.arrays.data(), static_cast<int>(several.arrays.size()),
+                              static_cast<long long>(n));
+        for (std::size_t f = 0; f < 3; ++f)
+            expectSame(results[f], expected[f]);
+    });
+}
+
+TEST(AddArrays, NegativeLengthsAddNothing) {
+    const double one = 1.0;
+    const double* const arrays[] = {&one, &one, &one};
+    for (const Width width : widths()) {
+        for (const long long n : {-1LL, -9LL, std::numeric_limits<long long>::min()}) {
+            double results[] = {2.0, 3.0, 4.0};
+            pass::addArrays(width, results, arrays, 3, n);
+            pass::summariseArrays(width, results, results + 1, results + 2, arrays, 3, n);
+            EXPECT_EQ(results[0] + results[1] + results[2], 9.0);
+        }
+    }
+}
+
 }  // namespace
