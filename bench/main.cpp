@@ -6,6 +6,8 @@
 
 #include <benchmark/benchmark.h>
 
+#include <malloc.h>
+
 #include <chrono>
 #include <cstdio>
 #include <exception>
@@ -40,8 +42,12 @@ double seconds(const std::function<void()>& work) {
     return std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
 }
 
+// What an operation has made and released goes back to the system, or the next one would find its
+// pages there or not as it happens to lie in the heap.
 void putBack(const Operation& operation) {
-    if (operation.after) operation.after();
+    if (!operation.after) return;
+    operation.after();
+    ::malloc_trim(0);
 }
 
 void measure(const std::string& name, const Operation& operation, const Options& options) {
