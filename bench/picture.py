@@ -25,7 +25,12 @@ def draw(results: dict, path: str) -> None:
     figure = Figure(figsize=(12.0, 7.6), dpi=DPI, facecolor="white", layout="constrained")
     FigureCanvasAgg(figure)
     for axes, (title, operations) in zip(figure.subplots(2, 3).flat, PANELS):
-        _panel(axes, results["cells"], title, operations)
+        groups = title == "Groups"
+        cells = {
+            shape: of_shape for shape, of_shape in results["cells"].items()
+            if (shape.count("x") == 3) == groups
+        }  # fmt: skip
+        _panel(axes, cells, title, operations)
     figure.get_layout_engine().set(rect=(0.0, 0.05, 1.0, 0.94))
     figure.suptitle("Cost against size", color=INK, fontsize=13, x=0.01, ha="left")
     figure.legend(

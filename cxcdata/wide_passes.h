@@ -42,7 +42,7 @@ CXC_API void addArrays(Width width, double* sums, const double* const* arrays, i
 
 /// addArrays, and in the same way least[t] and most[t] become the least and the greatest value of
 /// themselves and those of the arrays; the older one stays for equal values and for a NaN on either
-/// side.
+/// side. The results are three arrays, none of which is among the others.
 CXC_API void summariseArrays(Width width, double* least, double* sums, double* most,
                              const double* const* arrays, int count, long long n);
 

@@ -3,7 +3,6 @@
 #include "cxcdata/allocation.h"
 #include "cxcdata/element_wise.h"
 #include "cxcdata/grid.h"
-#include "cxcdata/passes.h"
 #include "cxcdata/two_doubles.h"
 #include "cxcdata/wide_passes.h"
 #include "cxcpkg/dataset_owner.h"

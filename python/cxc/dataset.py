@@ -108,11 +108,12 @@ class Dataset(Record):
         return dataset
 
     def _set_channels(self, channels: Sequence[int]) -> None:
-        numbers = np.asarray(channels, dtype=np.int64)
+        given = np.asarray(channels)
+        numbers = given.astype(np.int64)
         rows, columns = self.shape[1:]
         if numbers.shape != (rows,) or rows != columns:
             raise ValueError("one channel number for each sensor of a square dataset")
-        if not np.array_equal(numbers, channels):
+        if given.dtype.kind not in "iuf" or not np.array_equal(numbers, given):
             raise ValueError("channel numbers are whole numbers")
         self.channels_a = np.repeat(numbers[:, np.newaxis], columns, axis=1)
         self.channels_b = np.repeat(numbers[np.newaxis, :], rows, axis=0)

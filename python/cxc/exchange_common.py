@@ -3,6 +3,7 @@
 from __future__ import annotations
 
 import os
+import re
 import warnings
 from typing import Any, Mapping, Sequence
 
@@ -129,8 +130,9 @@ def _name_sensors(
 
 
 def _tidied(labels: Sequence[Any]) -> list[str]:
-    """Each in one line; those that are empty get their number."""
-    return [" ".join(text(label).split()) or str(n) for n, label in enumerate(labels, 1)]
+    """Each in one line, with nothing that reads as the next one; the empty ones get numbers."""
+    lines = (" ".join(text(label).split()) for label in labels)
+    return [re.sub(r",(?= \d)", ";", line) or str(n) for n, line in enumerate(lines, 1)]
 
 
 def _timing(times, slices: int, description) -> tuple[float, tuple[float, float]]:

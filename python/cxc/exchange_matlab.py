@@ -11,7 +11,7 @@ import numpy as np
 from .dataset import Dataset
 from .errors import CommandError
 from .exchange_common import PAIR_ORDER, dataset_of, description_of, encodable, text, values_of
-from .files import whole_file
+from .files import check_input, whole_file
 
 DIMORDS = ("chan_chan", "chan_chan_time", "chan_chan_freq", "chan_chan_freq_time")
 
@@ -133,6 +133,7 @@ def _structure(path: str) -> dict[str, Any]:
     from scipy.io import loadmat
     from scipy.io.matlab import MatReadError
 
+    check_input(path)
     try:
         variables = loadmat(path, appendmat=False, struct_as_record=True)
     except NotImplementedError as error:

@@ -10,7 +10,7 @@ import numpy as np
 from .dataset import Dataset
 from .errors import CommandError
 from .exchange_common import PAIR_ORDER, dataset_of, description_of, encodable, values_of
-from .files import whole_file
+from .files import check_input, whole_file
 
 PAIRS = "node_in -> node_out"
 _NONE = "n/a"  # what the format writes for None, which it does not have
@@ -91,7 +91,7 @@ def from_netcdf(path: str) -> Dataset:
         warnings.warn(
             f"{path}: all values stand below the diagonal; values + values.transpose(0, 2, 1) "
             "of to_array() has both directions",
-            stacklevel=2,
+            stacklevel=3,
         )
     return dataset_of(
         path,
@@ -107,6 +107,7 @@ def _loaded(path: str) -> Any:
     import h5py
     import xarray
 
+    check_input(path)
     try:
         # MNE's tools save empty attributes, with which the netCDF library opens no file: what is
         # HDF5 is read as they read it, and only what is older netCDF by that library.

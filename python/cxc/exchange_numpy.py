@@ -10,7 +10,7 @@ import numpy as np
 from .dataset import Dataset
 from .errors import CommandError
 from .exchange_common import PAIR_ORDER, dataset_of, description_of, encodable, values_of
-from .files import whole_file
+from .files import check_input, whole_file
 from .labels import same_sensors
 
 
@@ -49,6 +49,7 @@ def from_numpy(path: str) -> Dataset:
     Raises:
         CommandError: the file is none of that kind.
     """
+    check_input(path)
     try:
         with open(path, "rb") as file:
             loaded = np.load(file, allow_pickle=False)

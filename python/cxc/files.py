@@ -13,6 +13,7 @@ from typing import Iterator
 from .errors import CommandError
 
 
+_NO_FILE = "is a device or a pipe, not a file"
 _FULL = (errno.ENOSPC, errno.EDQUOT, errno.EFBIG)
 
 
@@ -56,12 +57,27 @@ def input_name(path: str | os.PathLike[str]) -> bytes:
         OSError: it is a device or a pipe, which gives its bytes once, or never.
     """
     name = os.fsencode(path)
-    mode = 0
-    with contextlib.suppress(OSError):  # opening it tells more
-        mode = os.stat(name).st_mode
-    if mode and not stat.S_ISREG(mode) and not stat.S_ISDIR(mode):
-        raise OSError(errno.EINVAL, "is a device or a pipe, not a file", os.fsdecode(path))
+    if _is_no_file(name):
+        raise OSError(errno.EINVAL, _NO_FILE, os.fsdecode(path))
     return name
+
+
+def check_input(path: str | os.PathLike[str]) -> None:
+    """Finds out whether `path` would keep who opens it waiting.
+
+    Raises:
+        CommandError: it is a device or a pipe.
+    """
+    if _is_no_file(os.fsencode(path)):
+        raise CommandError(f"{os.fsdecode(path)}: {_NO_FILE}")
+
+
+def _is_no_file(name: bytes) -> bool:
+    try:
+        mode = os.stat(name).st_mode
+    except OSError:
+        return False  # opening it tells more
+    return not stat.S_ISREG(mode) and not stat.S_ISDIR(mode)
 
 
 @contextlib.contextmanager

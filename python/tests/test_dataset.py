@@ -162,6 +162,8 @@ def test_channels_must_fit_the_sensors():
         cxc.Dataset.from_array(cube(3, 5, 4), channels=[1, 2, 3, 4, 5])
     with pytest.raises(ValueError, match="whole"):
         cxc.Dataset.from_array(cube(), channels=[1, 2, 3, 4, 5.5])
+    with pytest.raises(ValueError, match="whole"):
+        cxc.Dataset.from_array(cube(), channels=["1", "2", "3", "4", "5"])
     with pytest.raises(ValueError):
         cxc.Dataset.from_array(cube()).channels_a = np.zeros((2, 2), int)
 

@@ -348,3 +348,9 @@ def test_names_with_odd_characters_do_no_harm(tmp_path, ending):
     make_dataset(note=note, name="]]> </x> \x02").save(tmp_path / "a.cxc")
     exchange.convert(str(tmp_path / "a.cxc"), str(tmp_path / f"o d'd.{ending}"))
     assert (tmp_path / f"o d'd.{ending}").stat().st_size > 0
+
+
+def test_a_name_that_reads_as_two_is_tidied_on_the_way_in(tmp_path):
+    path = str(tmp_path / "odd.npz")
+    np.savez(path, values=np.ones((1, 2, 2)), labels=np.array(["A, 2 B", "C, right"]))
+    assert exchange.from_numpy(path).sensors == ["A; 2 B", "C, right"]

@@ -3,6 +3,8 @@
 import os
 import stat
 import struct
+import subprocess
+import sys
 import tempfile
 
 import numpy as np
@@ -391,3 +393,15 @@ def test_a_pipe_is_refused_without_waiting_for_a_writer(tmp_path, use):
     finally:
         os.close(ends)
     assert caught.value.filename == pipe
+
+
+@pytest.mark.parametrize("ending", ["nc", "h5", "mat", "npy", "npz"])
+def test_a_pipe_of_another_format_is_refused_without_waiting(tmp_path, ending):
+    pipe = str(tmp_path / f"pipe.{ending}")
+    os.mkfifo(pipe)
+    work = subprocess.run(
+        [sys.executable, "-m", "cxc", "convert", pipe, tmp_path / "a.cxc"],
+        capture_output=True, text=True, timeout=60,
+    )  # fmt: skip
+    told = f"cxc: {pipe}: is a device or a pipe, not a file\n"
+    assert (work.returncode, work.stderr) == (1, told)

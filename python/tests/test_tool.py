@@ -96,16 +96,19 @@ def test_a_terminal_that_is_closed_ends_the_work_and_leaves_nothing(tmp_path):
     path = tmp_path / "large.cxc"
     cxc.Dataset.from_array(np.zeros((200, 100, 100))).save(path)
     out = tmp_path / "mean.cxc"
-    for under_nohup, code in [(False, 130), (True, 0)]:
+    for under_nohup, told in [(False, (130, "cxc: interrupted\n")), (True, (0, ""))]:
         answer = signal.SIG_IGN if under_nohup else signal.SIG_DFL
         work = subprocess.Popen(
-            [TOOL, "average", *[path] * (50 if under_nohup else 3000), "-o", out],
-            stdout=subprocess.DEVNULL, preexec_fn=lambda: signal.signal(signal.SIGHUP, answer),
+            [TOOL, "average", *[path] * (400 if under_nohup else 3000), "-o", out],
+            stderr=subprocess.PIPE, text=True,
+            preexec_fn=lambda: signal.signal(signal.SIGHUP, answer),
         )  # fmt: skip
         wait_until_it_reads(work)
         work.send_signal(signal.SIGHUP)
-        assert work.wait(timeout=60) == code
-        assert out.exists() == under_nohup
+        _, err = work.communicate(timeout=120)
+        assert (work.returncode, err) == told
+        left = ["large.cxc", "mean.cxc"] if under_nohup else ["large.cxc"]
+        assert sorted(os.listdir(tmp_path)) == left
 
 
 def test_processes_that_write_the_same_output_do_not_meet(files, tmp_path):

@@ -588,7 +588,17 @@ TEST_F(Tool, EmptyTextsAreWrongUsage) {
             << option;
     for (const std::string command : {"average", "summary", "select", "pack"})
         EXPECT_EQ(run({command, "@a.cxc", "-o", ""}).code, tool::wrongUsage) << command;
-    EXPECT_EQ(run({"combine", "@a.cxc", "@a.cxc", "-o", ""}).code, tool::wrongUsage);
+    const std::vector<std::vector<std::string>> others = {
+        {"combine", "@a.cxc", "@a.cxc", "-o", ""},
+        {"pack", "--active", "", "--control", "@a.cxc", "-o", "@p.cxcpkg"},
+        {"pack", "--active", "@a.cxc", "--control", "", "-o", "@p.cxcpkg"},
+        {"pack", "--active", "@a.cxc", "--act-ctl", "", "-o", "@p.cxcpkg"},
+        {"unpack", "@a.cxc", "-d", ""},
+        {"export", "@a.cxc", "-o", ""},
+        {"convert", "@a.cxc", ""},
+        {"upgrade", "@a.cxc", "--in-place", "-o", ""}};
+    for (const std::vector<std::string>& words : others)
+        EXPECT_EQ(run(words).code, tool::wrongUsage) << words[0];
     EXPECT_EQ(entries().size(), 1u);
 }
 

@@ -131,7 +131,8 @@ void addExport(CLI::App& app, const Console&) {
         "Values as text: the library's blocks (UTF-16, a block for each slice), or CSV, a line "
         "for each slice of each pair: pairs row by row, the row sensor first");
     command->add_option("FILE", options->in, "A file")->required();
-    command->add_option("-o,--output", options->out, "Default: the file's name with .txt or .csv");
+    command->add_option("-o,--output", options->out, "Default: the file's name with .txt or .csv")
+        ->check(notEmpty());
     command->add_option("--format", options->format, "text or csv; default: text")
         ->check(CLI::IsMember({"text", "csv"}));
     addCommon(command, *options);
@@ -144,7 +145,7 @@ void addConvert(CLI::App& app, const Console&) {
         "convert",
         "A dataset, also one of a package or group, as .cxc, .csv or .txt, by the output's ending");
     command->add_option("IN", options->in, "A file")->required();
-    command->add_option("OUT", options->out, "The output")->required();
+    command->add_option("OUT", options->out, "The output")->required()->check(notEmpty());
     addCommon(command, *options);
     command->callback([options] { convert(*options); });
 }

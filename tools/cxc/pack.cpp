@@ -4,6 +4,7 @@
 #include "tools/cxc/records.h"
 
 #include <cstdio>
+#include <iterator>
 
 namespace tool {
 namespace {
@@ -101,9 +102,11 @@ void addPack(CLI::App& app, const Console& console) {
     CLI::App* const command =
         app.add_subcommand("pack", "Datasets as a package of classes, or as a group in one file");
     command->add_option("FILE", options->files, "Datasets of a group, in this order");
-    command->add_option("--active", options->classes[0], "Dataset of a package");
-    command->add_option("--control", options->classes[1], "Dataset of a package");
-    command->add_option("--act-ctl", options->classes[2], "Dataset of a package");
+    const char* const names[] = {"--active", "--control", "--act-ctl"};
+    for (std::size_t cls = 0; cls < std::size(names); ++cls) {
+        command->add_option(names[cls], options->classes[cls], "Dataset of a package")
+            ->check(notEmpty());
+    }
     command->add_option("-o,--output", options->out, "The package or group")
         ->required()
         ->check(notEmpty());
@@ -119,7 +122,8 @@ void addUnpack(CLI::App& app, const Console& console) {
     CLI::App* const command =
         app.add_subcommand("unpack", "The datasets of a package or group as files of their own");
     command->add_option("FILE", options->in, "Package or group")->required();
-    command->add_option("-d,--directory", options->out, "An existing folder; default: this one");
+    command->add_option("-d,--directory", options->out, "An existing folder; default: this one")
+        ->check(notEmpty());
     command->add_flag("--force", options->force, "Replace existing outputs");
     command->callback([options, &console] { unpack(*options, console); });
 }

@@ -50,7 +50,7 @@ void addUpgrade(CLI::App& app, const Console& console) {
     CLI::App* const command =
         app.add_subcommand("upgrade", "Files of older versions as files of the newest one");
     command->add_option("FILE", options->files, "Files")->required();
-    command->add_option("-o,--output", options->out, "The result, for one file");
+    command->add_option("-o,--output", options->out, "The result, for one file")->check(notEmpty());
     command->add_flag("--in-place", options->inPlace, "Replace each file by its newer self");
     command->add_flag("--force", options->force, "Replace an existing output");
     command->callback([options, &console] { upgradeAll(*options, console); });
